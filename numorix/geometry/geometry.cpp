@@ -1,0 +1,7 @@
+#include "numorix/geometry/geometry.h"
+
+namespace numorix {
+
+CNuGeometry::~CNuGeometry() = default;
+
+}  // namespace numorix

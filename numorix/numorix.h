@@ -1,0 +1,14 @@
+// Umbrella header: everything the library offers.
+#ifndef NUMORIX_NUMORIX_H
+#define NUMORIX_NUMORIX_H
+
+#include "numorix/foundation/double_array.h"
+#include "numorix/foundation/exception.h"
+#include "numorix/foundation/int_array.h"
+#include "numorix/foundation/obj_array.h"
+#include "numorix/foundation/object.h"
+#include "numorix/foundation/scalar.h"
+#include "numorix/foundation/tolerance.h"
+#include "numorix/geometry/geometry.h"
+
+#endif  // NUMORIX_NUMORIX_H

@@ -1,0 +1,103 @@
+// Shared test support: named tolerances, a seeded random generator whose seed is printed, the
+// location of the external reference data, and checks of the library's exceptions.
+#ifndef NUMORIX_TESTS_SUPPORT_NU_TEST_H
+#define NUMORIX_TESTS_SUPPORT_NU_TEST_H
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <iostream>
+#include <random>
+#include <string>
+
+#include "numorix/foundation/exception.h"
+
+namespace numorix {
+namespace test {
+
+// Tolerances used across the suites, each with its reason.
+// Results that the library computes by the same arithmetic as the check: no rounding difference.
+constexpr double kExact = 0.0;
+// One rounding of a double near 1 (2^-52), for results that differ from a closed form by one step.
+constexpr double kUlp = 2.220446049250313e-16;
+// Results of a few dozen floating-point operations on data of order 1.
+constexpr double kTight = 1e-14;
+
+// Random numbers for property tests. The seed comes from NUMORIX_TEST_SEED when set, otherwise
+// a fixed default, and is printed once per process so that a failing run can be repeated.
+class Random {
+public:
+    Random() : m_engine(Seed()) {}
+
+    static std::uint64_t Seed() {
+        static const std::uint64_t nSeed = [] {
+            std::uint64_t n = 20261122u;
+            if (const char* psz = std::getenv("NUMORIX_TEST_SEED")) {
+                n = std::strtoull(psz, nullptr, 10);
+            }
+            std::cout << "[ numorix ] random seed " << n << " (set NUMORIX_TEST_SEED to repeat)\n";
+            return n;
+        }();
+        return nSeed;
+    }
+
+    double Uniform(double dLow, double dHigh) {
+        return std::uniform_real_distribution<double>(dLow, dHigh)(m_engine);
+    }
+    int Integer(int nLow, int nHigh) {
+        return std::uniform_int_distribution<int>(nLow, nHigh)(m_engine);
+    }
+    double Normal(double dMean, double dSigma) {
+        return std::normal_distribution<double>(dMean, dSigma)(m_engine);
+    }
+    std::mt19937_64& Engine() { return m_engine; }
+
+private:
+    std::mt19937_64 m_engine;
+};
+
+// Folder of the external reference data sets, or empty when it is not there.
+inline std::string RefDataDir() {
+    const char* psz = std::getenv("NUMORIX_REFDATA");
+    return psz != nullptr ? std::string(psz) : std::string();
+}
+
+// The composed message of an exception, read through a generous buffer.
+inline std::string MessageOf(const CNuException& e) {
+    char sz[2048];
+    e.GetErrorMessage(static_cast<int>(sizeof sz), sz);
+    return sz;
+}
+
+// Runs f, expects it to throw E with the given stored cause, name and location, and reports
+// what was seen when it does not. A null name or location is not checked.
+template <class E, class F>
+void ExpectNuFailure(F&& f, int nStored, const char* pszName, const char* pszLocation) {
+    try {
+        f();
+        ADD_FAILURE() << "no exception; expected stored cause " << nStored;
+    } catch (const E& e) {
+        EXPECT_EQ(e.m_nCause, nStored) << "message seen: " << MessageOf(e);
+        if (pszName != nullptr) {
+            EXPECT_STREQ(e.m_szName, pszName);
+        }
+        if (pszLocation != nullptr) {
+            EXPECT_STREQ(e.m_szLocation, pszLocation);
+        }
+    } catch (const CNuException& e) {
+        ADD_FAILURE() << "exception of another class, stored cause " << e.m_nCause << ": "
+                      << MessageOf(e);
+    }
+}
+
+}  // namespace test
+}  // namespace numorix
+
+// Expects `statement` to throw `ExceptionClass` holding the stored cause `storedCause`.
+#define EXPECT_NU_THROW(statement, ExceptionClass, storedCause)                                  \
+    ::numorix::test::ExpectNuFailure<ExceptionClass>([&]() { statement; }, (storedCause), nullptr, \
+                                                     nullptr)
+
+#endif  // NUMORIX_TESTS_SUPPORT_NU_TEST_H
