@@ -53,7 +53,7 @@ CNuDoubleArray& CNuDoubleArray::operator=(const CNuDoubleArray& other) {
     return *this;
 }
 
-CNuDoubleArray::~CNuDoubleArray() { delete[] m_pData; }
+CNuDoubleArray::~CNuDoubleArray() { internal::Release(m_pData); }
 
 void CNuDoubleArray::SetExpandSize(int nExpandSize) { internal::SetExpandSize(Ref(), nExpandSize); }
 void CNuDoubleArray::SetCapacity(int nCapacity) { internal::SetCapacity(Ref(), nCapacity); }

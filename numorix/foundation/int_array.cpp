@@ -74,7 +74,7 @@ CNuIntArray& CNuIntArray::operator=(const CNuIntArray& other) {
     return *this;
 }
 
-CNuIntArray::~CNuIntArray() { delete[] m_pData; }
+CNuIntArray::~CNuIntArray() { internal::Release(m_pData); }
 
 void CNuIntArray::SetExpandSize(int nExpandSize) { internal::SetExpandSize(Ref(), nExpandSize); }
 void CNuIntArray::SetCapacity(int nCapacity) { internal::SetCapacity(Ref(), nCapacity); }

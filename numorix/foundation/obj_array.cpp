@@ -48,7 +48,7 @@ CNuObjArray& CNuObjArray::operator=(const CNuObjArray& other) {
     return *this;
 }
 
-CNuObjArray::~CNuObjArray() { delete[] m_pData; }
+CNuObjArray::~CNuObjArray() { internal::Release(m_pData); }
 
 void CNuObjArray::SetExpandSize(int nExpandSize) { internal::SetExpandSize(Ref(), nExpandSize); }
 void CNuObjArray::SetCapacity(int nCapacity) { internal::SetCapacity(Ref(), nCapacity); }

@@ -125,6 +125,29 @@ TEST(ArrayCapacity, SetCapacityOnlyGrowsAndRefusesTheCurrentCapacity) {
                                            "CNuObjArray::SetExpandSize()");
 }
 
+TEST(ArrayCapacity, GrowthZeroFillsEverythingBeyondTheElementsInUse) {
+    // Removed and cleared elements linger in the spare room until the next growth, which
+    // rebuilds the block as zeros plus the elements in use.
+    CNuDoubleArray a = Filled({1, 2, 3}, 3);
+    a.Remove(2);
+    EXPECT_EQ(a.GetData()[2], 3.0);
+    a.Add(4.0);  // fits: no growth
+    a.Add(5.0);  // grows by the step of 10
+    EXPECT_EQ(a.GetCapacity(), 13);
+    EXPECT_EQ(a[3], 5.0);
+    for (int i = 4; i < 13; ++i) EXPECT_EQ(a.GetData()[i], 0.0) << "index " << i;
+    CNuIntArray n(4);
+    for (int v : {7, 8, 9, 10}) n.Add(v);
+    n.Remove(0);
+    n.Remove(0);
+    n.SetCapacity(6);
+    EXPECT_EQ(n[1], 10);
+    for (int i = 2; i < 6; ++i) EXPECT_EQ(n.GetData()[i], 0) << "index " << i;
+    n.Truncate(1);
+    EXPECT_EQ(n[0], 9);
+    EXPECT_EQ(n.GetCapacity(), 1);
+}
+
 TEST(ArrayTruncate, ShrinksSizeAndCapacityTogether) {
     CNuDoubleArray a = Filled({1, 2, 3, 4, 5}, 10);
     a.Truncate(3);
