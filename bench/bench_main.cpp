@@ -25,7 +25,7 @@ std::vector<Pair>& Pairs() {
 
 // Collects the time per iteration of every run while printing as the console reporter does.
 class CollectingReporter : public benchmark::ConsoleReporter {
-public:
+  public:
     void ReportRuns(const std::vector<Run>& runs) override {
         for (const Run& run : runs) {
             if (run.run_type != Run::RT_Iteration || run.error_occurred) continue;

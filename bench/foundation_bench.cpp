@@ -37,7 +37,8 @@ constexpr int kAddCount = 100000;
 void BM_DoubleArrayAdd(benchmark::State& state) {
     for (auto _ : state) {
         numorix::CNuDoubleArray a;
-        for (int i = 0; i < kAddCount; ++i) a.Add(i);
+        for (int i = 0; i < kAddCount; ++i)
+            a.Add(i);
         benchmark::DoNotOptimize(a.GetData());
     }
     state.SetItemsProcessed(state.iterations() * kAddCount);
@@ -47,16 +48,17 @@ BENCHMARK(BM_DoubleArrayAdd)->Unit(benchmark::kMillisecond);
 void BM_StdVectorPushBack(benchmark::State& state) {
     for (auto _ : state) {
         std::vector<double> v;
-        for (int i = 0; i < kAddCount; ++i) v.push_back(i);
+        for (int i = 0; i < kAddCount; ++i)
+            v.push_back(i);
         benchmark::DoNotOptimize(v.data());
     }
     state.SetItemsProcessed(state.iterations() * kAddCount);
 }
 BENCHMARK(BM_StdVectorPushBack)->Unit(benchmark::kMillisecond);
 
-const bool kPairs = numorix::bench::ComparePeers("BM_NuGetTol", "BM_PlainThreadLocalRead",
-                                                 "within 2x") &&
-                    numorix::bench::ComparePeers("BM_DoubleArrayAdd", "BM_StdVectorPushBack",
-                                                 "report (constant-step growth)");
+const bool kPairs =
+    numorix::bench::ComparePeers("BM_NuGetTol", "BM_PlainThreadLocalRead", "within 2x") &&
+    numorix::bench::ComparePeers("BM_DoubleArrayAdd", "BM_StdVectorPushBack",
+                                 "report (constant-step growth)");
 
 }  // namespace

@@ -47,8 +47,7 @@ CNuDoubleArray::CNuDoubleArray(const CNuDoubleArray& other)
 
 CNuDoubleArray& CNuDoubleArray::operator=(const CNuDoubleArray& other) {
     if (this != &other) {
-        internal::Copy(Ref(), other.m_pData, other.m_nSize, other.m_nCapacity,
-                       other.m_nExpandSize);
+        internal::Copy(Ref(), other.m_pData, other.m_nSize, other.m_nCapacity, other.m_nExpandSize);
     }
     return *this;
 }
@@ -156,13 +155,15 @@ void CNuDoubleArray::Sort() { NuSort(m_nSize, m_pData); }
 void CNuDoubleArray::Sort(CNuIntArray* pIndex) const {
     if (pIndex == nullptr) return;
     *pIndex = CNuIntArray(m_nSize);
-    for (int i = 0; i < m_nSize; ++i) pIndex->Add(i);
+    for (int i = 0; i < m_nSize; ++i)
+        pIndex->Add(i);
     NuSort(m_nSize, m_pData, pIndex->GetData());
 }
 
 double CNuDoubleArray::Sum() const {
     double dSum = 0.0;
-    for (int i = 0; i < m_nSize; ++i) dSum += m_pData[i];
+    for (int i = 0; i < m_nSize; ++i)
+        dSum += m_pData[i];
     return dSum;
 }
 

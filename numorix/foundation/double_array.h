@@ -19,7 +19,7 @@ struct ArrayRef;
 }
 
 class CNuDoubleArray {
-public:
+  public:
     explicit CNuDoubleArray(int nSize = 0);
     CNuDoubleArray(int nSize, int nArrayExpandSize);
     CNuDoubleArray(const CNuDoubleArray& other);
@@ -61,7 +61,7 @@ public:
     void Sort(CNuIntArray* pIndex) const;
     double Sum() const;
 
-private:
+  private:
     internal::ArrayRef<double> Ref() const;
 
     double* m_pData;

@@ -10,8 +10,17 @@ std::int32_t CNuException::m_nAssert = 0;
 namespace {
 
 // How a row's placeholders are filled.
-enum class Fill { kNone, kName, kNameNameSame, kNameValue1, kNameValue1Value2, kValue1,
-                  kValue1Value2, kReal1, kReal1Real2 };
+enum class Fill {
+    kNone,
+    kName,
+    kNameNameSame,
+    kNameValue1,
+    kNameValue1Value2,
+    kValue1,
+    kValue1Value2,
+    kReal1,
+    kReal1Real2
+};
 
 struct MessageRow {
     int nStored;
@@ -81,8 +90,7 @@ constexpr MessageRow kMessageTable[] = {
     {141, "parameters not in strictly increasing order\n", Fill::kNone},
     {142, "Schoenberg and Whitney conditions do not hold\n", Fill::kNone},
     {143, "integral's lower limit should be less than its upper limit\n", Fill::kNone},
-    {144, "integral's lower limit and upper limit expected to have the same sign\n",
-     Fill::kNone},
+    {144, "integral's lower limit and upper limit expected to have the same sign\n", Fill::kNone},
     {145, "operation not supported currently\n", Fill::kNone},
     {146, "algorithm failure\n", Fill::kNone},
 
@@ -165,9 +173,7 @@ CNuException& CNuException::operator=(const CNuException& other) {
 
 CNuException::~CNuException() = default;
 
-void CNuException::SetName(const char* pszName) {
-    CopyBounded(m_szName, sizeof m_szName, pszName);
-}
+void CNuException::SetName(const char* pszName) { CopyBounded(m_szName, sizeof m_szName, pszName); }
 
 void CNuException::SetLocation(const char* pszLocation) {
     CopyBounded(m_szLocation, sizeof m_szLocation, pszLocation);
@@ -190,11 +196,11 @@ void CNuException::GetErrorMessage(int nLength, char* pszBuffer) const {
 
     // Header, by signed comparison of the stored cause.
     if (m_nCause < 100) {
-        nUsed += Print(szWork, nUsed, "Numorix exception: construction failed for %s\n",
-                       m_szLocation);
+        nUsed +=
+            Print(szWork, nUsed, "Numorix exception: construction failed for %s\n", m_szLocation);
     } else if (m_nCause < 200) {
-        nUsed += Print(szWork, nUsed, "Numorix exception: %s failed in %s\n", m_szName,
-                       m_szLocation);
+        nUsed +=
+            Print(szWork, nUsed, "Numorix exception: %s failed in %s\n", m_szName, m_szLocation);
     } else if (m_nCause < 300) {
         nUsed += Print(szWork, nUsed, "Numorix exception: fitting failed for %s\n", m_szLocation);
     } else if (m_nCause < 400) {
@@ -207,17 +213,33 @@ void CNuException::GetErrorMessage(int nLength, char* pszBuffer) const {
     if (const MessageRow* row = FindRow(m_nCause)) {
         const char* f = row->pszText;
         switch (row->eFill) {
-            case Fill::kNone: nUsed += Print(szWork, nUsed, "%s", f); break;
-            case Fill::kName: nUsed += Print(szWork, nUsed, f, m_szName); break;
-            case Fill::kNameNameSame: nUsed += Print(szWork, nUsed, f, m_szName, m_szName); break;
-            case Fill::kNameValue1: nUsed += Print(szWork, nUsed, f, m_szName, m_nValue1); break;
+            case Fill::kNone:
+                nUsed += Print(szWork, nUsed, "%s", f);
+                break;
+            case Fill::kName:
+                nUsed += Print(szWork, nUsed, f, m_szName);
+                break;
+            case Fill::kNameNameSame:
+                nUsed += Print(szWork, nUsed, f, m_szName, m_szName);
+                break;
+            case Fill::kNameValue1:
+                nUsed += Print(szWork, nUsed, f, m_szName, m_nValue1);
+                break;
             case Fill::kNameValue1Value2:
                 nUsed += Print(szWork, nUsed, f, m_szName, m_nValue1, m_nValue2);
                 break;
-            case Fill::kValue1: nUsed += Print(szWork, nUsed, f, m_nValue1); break;
-            case Fill::kValue1Value2: nUsed += Print(szWork, nUsed, f, m_nValue1, m_nValue2); break;
-            case Fill::kReal1: nUsed += Print(szWork, nUsed, f, m_dValue1); break;
-            case Fill::kReal1Real2: nUsed += Print(szWork, nUsed, f, m_dValue1, m_dValue2); break;
+            case Fill::kValue1:
+                nUsed += Print(szWork, nUsed, f, m_nValue1);
+                break;
+            case Fill::kValue1Value2:
+                nUsed += Print(szWork, nUsed, f, m_nValue1, m_nValue2);
+                break;
+            case Fill::kReal1:
+                nUsed += Print(szWork, nUsed, f, m_dValue1);
+                break;
+            case Fill::kReal1Real2:
+                nUsed += Print(szWork, nUsed, f, m_dValue1, m_dValue2);
+                break;
         }
     }
 

@@ -17,7 +17,7 @@
 namespace numorix {
 
 class CNuException {
-public:
+  public:
     CNuException(const CNuException& other);
     CNuException& operator=(const CNuException& other);
     virtual ~CNuException();
@@ -35,17 +35,17 @@ public:
     static void SetAssert();
     static int IsAssertEnabled();
 
-    std::int32_t m_nCause;    // stored cause; 0 means no failure
-    std::int32_t m_nValue1;   // first integer detail
-    std::int32_t m_nValue2;   // second integer detail
-    double m_dValue1;         // first real detail (operation failures only)
-    double m_dValue2;         // second real detail (operation failures only)
-    char m_szName[100];       // what failed: a parameter noun or an activity
-    char m_szLocation[50];    // where: a class name or a function text
+    std::int32_t m_nCause;   // stored cause; 0 means no failure
+    std::int32_t m_nValue1;  // first integer detail
+    std::int32_t m_nValue2;  // second integer detail
+    double m_dValue1;        // first real detail (operation failures only)
+    double m_dValue2;        // second real detail (operation failures only)
+    char m_szName[100];      // what failed: a parameter noun or an activity
+    char m_szLocation[50];   // where: a class name or a function text
 
     static std::int32_t m_nAssert;
 
-protected:
+  protected:
     explicit CNuException(int nCause = 0);
 
     // Copy a caller's string into a field, cut to the field's width. A null string is skipped.
@@ -54,7 +54,7 @@ protected:
 };
 
 class CNuConstructionException : public CNuException {
-public:
+  public:
     explicit CNuConstructionException(int nCause = 0, const char* pszLocation = nullptr,
                                       const char* pszName = nullptr, int nValue1 = 0,
                                       int nValue2 = 0);
@@ -64,7 +64,7 @@ public:
 };
 
 class CNuOperationException : public CNuException {
-public:
+  public:
     explicit CNuOperationException(int nCause = 0, const char* pszName = nullptr,
                                    const char* pszLocation = nullptr, int nValue1 = 0,
                                    int nValue2 = 0, double dValue1 = 0.0, double dValue2 = 0.0);
@@ -75,7 +75,7 @@ public:
 };
 
 class CNuBestfitException : public CNuException {
-public:
+  public:
     explicit CNuBestfitException(int nCause = 0, const char* pszLocation = nullptr,
                                  int nValue1 = 0);
     CNuBestfitException(const CNuBestfitException&) = default;
@@ -86,7 +86,7 @@ public:
 };
 
 class CNuMemoryException : public CNuException {
-public:
+  public:
     explicit CNuMemoryException(const char* pszLocation = nullptr);
     CNuMemoryException(const CNuMemoryException&) = default;
     CNuMemoryException& operator=(const CNuMemoryException&) = default;

@@ -68,8 +68,7 @@ CNuIntArray::CNuIntArray(const CNuIntArray& other)
 
 CNuIntArray& CNuIntArray::operator=(const CNuIntArray& other) {
     if (this != &other) {
-        internal::Copy(Ref(), other.m_pData, other.m_nSize, other.m_nCapacity,
-                       other.m_nExpandSize);
+        internal::Copy(Ref(), other.m_pData, other.m_nSize, other.m_nCapacity, other.m_nExpandSize);
     }
     return *this;
 }
@@ -129,14 +128,16 @@ void CNuIntArray::Sort() { InsertionSort(m_nSize, m_pData); }
 void CNuIntArray::Sort(CNuIntArray* pIndex) const {
     if (pIndex == nullptr) return;
     *pIndex = CNuIntArray(m_nSize);
-    for (int i = 0; i < m_nSize; ++i) pIndex->Add(i);
+    for (int i = 0; i < m_nSize; ++i)
+        pIndex->Add(i);
     IndexSort(m_nSize, m_pData, pIndex->m_pData);
 }
 
 int CNuIntArray::Sum() const {
     // Summed with two's-complement wrap-around, so that an overflowing sum stays defined.
     std::uint32_t nSum = 0;
-    for (int i = 0; i < m_nSize; ++i) nSum += static_cast<std::uint32_t>(m_pData[i]);
+    for (int i = 0; i < m_nSize; ++i)
+        nSum += static_cast<std::uint32_t>(m_pData[i]);
     return static_cast<int>(nSum);
 }
 

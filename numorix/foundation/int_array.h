@@ -14,7 +14,7 @@ struct ArrayRef;
 }
 
 class CNuIntArray {
-public:
+  public:
     explicit CNuIntArray(int nSize = 0);
     CNuIntArray(int nSize, int nArrayExpandSize);
     CNuIntArray(const CNuIntArray& other);
@@ -51,7 +51,7 @@ public:
     void Sort(CNuIntArray* pIndex) const;
     int Sum() const;
 
-private:
+  private:
     internal::ArrayRef<int> Ref() const;
 
     int* m_pData;

@@ -42,8 +42,7 @@ CNuObjArray::CNuObjArray(const CNuObjArray& other)
 
 CNuObjArray& CNuObjArray::operator=(const CNuObjArray& other) {
     if (this != &other) {
-        internal::Copy(Ref(), other.m_pData, other.m_nSize, other.m_nCapacity,
-                       other.m_nExpandSize);
+        internal::Copy(Ref(), other.m_pData, other.m_nSize, other.m_nCapacity, other.m_nExpandSize);
     }
     return *this;
 }

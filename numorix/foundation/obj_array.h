@@ -14,7 +14,7 @@ struct ArrayRef;
 }
 
 class CNuObjArray {
-public:
+  public:
     explicit CNuObjArray(int nSize = 0);
     CNuObjArray(int nSize, int nArrayExpandSize);
     CNuObjArray(const CNuObjArray& other);
@@ -42,7 +42,7 @@ public:
     void Add(CNuObject* pObject);
     void Append(const CNuObjArray& other);
 
-private:
+  private:
     internal::ArrayRef<CNuObject*> Ref() const;
 
     CNuObject** m_pData;

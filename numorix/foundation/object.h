@@ -19,7 +19,7 @@ enum ENuBoolean : std::int32_t { eNuFalse = 0, eNuTrue = 1 };
 enum ENuStatus : std::int32_t { eNuStatusFailed = 0, eNuStatusOk = 1 };
 
 class CNuObject {
-public:
+  public:
     enum ENuObjectType : std::int32_t {
         eTypeInterval = 1,
         eTypeMatrix = 2,
@@ -68,7 +68,7 @@ public:
 
     ENuObjectType GetType() const { return m_eObjectType; }
 
-protected:
+  protected:
     // An object whose class writes no tag reads as 0, a value no class uses.
     CNuObject() = default;
 
@@ -77,29 +77,29 @@ protected:
 
 // Family bases. They add no data and no virtual operation.
 class CNuAlgebra : public CNuObject {
-public:
+  public:
     CNuAlgebra(const CNuAlgebra&) = default;
     CNuAlgebra& operator=(const CNuAlgebra&) = default;
 
-protected:
+  protected:
     CNuAlgebra() = default;
 };
 
 class CNuNumericalAnalysis : public CNuObject {
-public:
+  public:
     CNuNumericalAnalysis(const CNuNumericalAnalysis&) = default;
     CNuNumericalAnalysis& operator=(const CNuNumericalAnalysis&) = default;
 
-protected:
+  protected:
     CNuNumericalAnalysis() = default;
 };
 
 class CNuTrigonometry : public CNuObject {
-public:
+  public:
     CNuTrigonometry(const CNuTrigonometry&) = default;
     CNuTrigonometry& operator=(const CNuTrigonometry&) = default;
 
-protected:
+  protected:
     CNuTrigonometry() = default;
 };
 

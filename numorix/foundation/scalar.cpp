@@ -63,7 +63,8 @@ void NuSort(int nSize, double* pdData) {
 }
 
 void NuSort(int nSize, const double* pdData, int* pnIndex) {
-    for (int i = 0; i < nSize; ++i) pnIndex[i] = i;
+    for (int i = 0; i < nSize; ++i)
+        pnIndex[i] = i;
     for (int i = 1; i < nSize; ++i) {
         int nKey = pnIndex[i];
         int j = i - 1;
@@ -100,8 +101,10 @@ double ReduceAngle(double dAngle, double dPeriod) {
         (dAngle >= dPeriod && dAngle - dPeriod == dAngle)) {
         dAngle = std::fmod(dAngle, dPeriod);
     }
-    while (dAngle < 0.0) dAngle += dPeriod;
-    while (dAngle >= dPeriod) dAngle -= dPeriod;
+    while (dAngle < 0.0)
+        dAngle += dPeriod;
+    while (dAngle >= dPeriod)
+        dAngle -= dPeriod;
     double dZero = NuGetZero();
     if (std::fabs(dAngle) < dZero || std::fabs(dAngle - dPeriod) < dZero) return 0.0;
     return dAngle;

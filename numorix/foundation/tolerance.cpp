@@ -29,8 +29,7 @@ const std::uint32_t NuBuildVersionLabel = 0;
 
 namespace tolerance_detail {
 
-__thread ThreadTolerances* t_pThreadTolerances __attribute__((tls_model("initial-exec"))) =
-    nullptr;
+__thread ThreadTolerances* t_pThreadTolerances __attribute__((tls_model("initial-exec"))) = nullptr;
 
 namespace {
 

@@ -12,12 +12,12 @@
 namespace numorix {
 
 class CNuGeometry : public CNuObject {
-public:
+  public:
     CNuGeometry(const CNuGeometry&) = default;
     CNuGeometry& operator=(const CNuGeometry&) = default;
     ~CNuGeometry() override;
 
-protected:
+  protected:
     CNuGeometry() = default;
 };
 

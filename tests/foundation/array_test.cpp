@@ -2,11 +2,11 @@
 // stored cause, name and location.
 #include <vector>
 
+#include "nu_test.h"
 #include "numorix/foundation/double_array.h"
 #include "numorix/foundation/int_array.h"
 #include "numorix/foundation/obj_array.h"
 #include "numorix/foundation/tolerance.h"
-#include "nu_test.h"
 
 namespace numorix {
 namespace {
@@ -15,7 +15,8 @@ using test::ExpectNuFailure;
 
 CNuDoubleArray Filled(std::initializer_list<double> values, int nCapacity) {
     CNuDoubleArray a(nCapacity);
-    for (double d : values) a.Add(d);
+    for (double d : values)
+        a.Add(d);
     return a;
 }
 
@@ -24,7 +25,8 @@ TEST(ArrayCapacity, TheConstructorSizeIsACapacityOfZeros) {
     EXPECT_EQ(a.GetSize(), 0);
     EXPECT_EQ(a.GetCapacity(), 5);
     EXPECT_EQ(a.GetExpandSize(), 10);
-    for (int i = 0; i < 5; ++i) EXPECT_EQ(a.GetData()[i], 0.0);
+    for (int i = 0; i < 5; ++i)
+        EXPECT_EQ(a.GetData()[i], 0.0);
     ExpectNuFailure<CNuOperationException>([&] { a[0]; }, 108, "element operator[]",
                                            "CNuDoubleArray");
     CNuDoubleArray empty;
@@ -39,12 +41,10 @@ TEST(ArrayCapacity, ConstructorsRefuseNegativeSizesBeforeBadSteps) {
                                               "CNuDoubleArray");
     ExpectNuFailure<CNuConstructionException>([] { CNuDoubleArray a(3, 0); }, 15,
                                               "nArrayExpandSize", "CNuDoubleArray");
-    ExpectNuFailure<CNuConstructionException>([] { CNuIntArray a(-2); }, 2, "size",
+    ExpectNuFailure<CNuConstructionException>([] { CNuIntArray a(-2); }, 2, "size", "CNuIntArray");
+    ExpectNuFailure<CNuConstructionException>([] { CNuIntArray a(0, -3); }, 15, "nArrayExpandSize",
                                               "CNuIntArray");
-    ExpectNuFailure<CNuConstructionException>([] { CNuIntArray a(0, -3); }, 15,
-                                              "nArrayExpandSize", "CNuIntArray");
-    ExpectNuFailure<CNuConstructionException>([] { CNuObjArray a(-2); }, 2, "size",
-                                              "CNuObjArray");
+    ExpectNuFailure<CNuConstructionException>([] { CNuObjArray a(-2); }, 2, "size", "CNuObjArray");
     ExpectNuFailure<CNuConstructionException>([] { CNuObjArray a(-2, 5); }, 2, "Size",
                                               "CNuObjArray");
 }
@@ -54,16 +54,19 @@ TEST(ArrayGrowth, AddGrowsByTheConstantStepNeverByDoubling) {
     a.Add(1.0);
     EXPECT_EQ(a.GetCapacity(), 10);
     EXPECT_EQ(a.GetSize(), 1);
-    for (int i = 0; i < 10; ++i) a.Add(2.0 + i);
+    for (int i = 0; i < 10; ++i)
+        a.Add(2.0 + i);
     EXPECT_EQ(a.GetCapacity(), 20);
     EXPECT_EQ(a.GetSize(), 11);
-    for (int i = 0; i < 989; ++i) a.Add(0.5);
+    for (int i = 0; i < 989; ++i)
+        a.Add(0.5);
     EXPECT_EQ(a.GetSize(), 1000);
     EXPECT_EQ(a.GetCapacity(), 1000);
     EXPECT_EQ(a[10], 11.0);
 
     CNuIntArray b(2, 3);
-    for (int i = 0; i < 6; ++i) b.Add(i);
+    for (int i = 0; i < 6; ++i)
+        b.Add(i);
     EXPECT_EQ(b.GetCapacity(), 8);  // 2, then 5, then 8
     b.SetExpandSize(1);
     b.Add(6);
@@ -107,7 +110,8 @@ TEST(ArrayCapacity, SetCapacityOnlyGrowsAndRefusesTheCurrentCapacity) {
     EXPECT_EQ(a.GetSize(), 2);  // SetSize changes the capacity, not the size
     EXPECT_EQ(a.GetCapacity(), 7);
     EXPECT_EQ(a[1], 2.0);
-    for (int i = 2; i < 7; ++i) EXPECT_EQ(a.GetData()[i], 0.0);
+    for (int i = 2; i < 7; ++i)
+        EXPECT_EQ(a.GetData()[i], 0.0);
     CNuIntArray n(3);
     ExpectNuFailure<CNuOperationException>([&] { n.SetCapacity(3); }, 114, "SetSize operation",
                                            "CNuIntArray::SetSize(int NewSize)");
@@ -135,14 +139,17 @@ TEST(ArrayCapacity, GrowthZeroFillsEverythingBeyondTheElementsInUse) {
     a.Add(5.0);  // grows by the step of 10
     EXPECT_EQ(a.GetCapacity(), 13);
     EXPECT_EQ(a[3], 5.0);
-    for (int i = 4; i < 13; ++i) EXPECT_EQ(a.GetData()[i], 0.0) << "index " << i;
+    for (int i = 4; i < 13; ++i)
+        EXPECT_EQ(a.GetData()[i], 0.0) << "index " << i;
     CNuIntArray n(4);
-    for (int v : {7, 8, 9, 10}) n.Add(v);
+    for (int v : {7, 8, 9, 10})
+        n.Add(v);
     n.Remove(0);
     n.Remove(0);
     n.SetCapacity(6);
     EXPECT_EQ(n[1], 10);
-    for (int i = 2; i < 6; ++i) EXPECT_EQ(n.GetData()[i], 0) << "index " << i;
+    for (int i = 2; i < 6; ++i)
+        EXPECT_EQ(n.GetData()[i], 0) << "index " << i;
     n.Truncate(1);
     EXPECT_EQ(n[0], 9);
     EXPECT_EQ(n.GetCapacity(), 1);
@@ -188,7 +195,8 @@ TEST(ArrayTruncate, RefusesSizesOutsideZeroToTheSizeWithTheValidRange) {
 TEST(ArrayTruncate, TheAssertFlagTurnsIntegerTruncationIntoNothingAndOnlyThat) {
     const int nSaved = CNuException::m_nAssert;
     CNuIntArray n(8);
-    for (int i = 0; i < 5; ++i) n.Add(i);
+    for (int i = 0; i < 5; ++i)
+        n.Add(i);
     CNuException::SetAssert();
     n.Truncate(2);
     n.Truncate(-7);  // not even validated
@@ -267,15 +275,13 @@ TEST(ArrayElements, IndexFirstAndLastFailuresNameTheirArray) {
     CNuIntArray n;
     ExpectNuFailure<CNuOperationException>([&] { n.Last(); }, 108, "Last operator[]",
                                            "CNuIntArray::Last()");
-    ExpectNuFailure<CNuOperationException>([&] { n[0]; }, 108, "element operator[]",
-                                           "CNuIntArray");
+    ExpectNuFailure<CNuOperationException>([&] { n[0]; }, 108, "element operator[]", "CNuIntArray");
     CNuObjArray o;
     ExpectNuFailure<CNuOperationException>([&] { o.First(); }, 108, "First operator[]",
                                            "CNuObjArray::First()");
     ExpectNuFailure<CNuOperationException>([&] { o.Last(); }, 108, "Last operator[]",
                                            "CNuObjArray::Last()");
-    ExpectNuFailure<CNuOperationException>([&] { o[0]; }, 108, "element operator[]",
-                                           "CNuObjArray");
+    ExpectNuFailure<CNuOperationException>([&] { o[0]; }, 108, "element operator[]", "CNuObjArray");
 }
 
 TEST(ArrayElements, RemoveShiftsDownAndKeepsTheCapacity) {
@@ -299,7 +305,8 @@ TEST(ArrayElements, ClearZeroFillsTheWholeCapacityOfNumericArrays) {
     a.Clear();
     EXPECT_EQ(a.GetSize(), 0);
     EXPECT_EQ(a.GetCapacity(), 5);
-    for (int i = 0; i < 5; ++i) EXPECT_EQ(a.GetData()[i], 0.0);
+    for (int i = 0; i < 5; ++i)
+        EXPECT_EQ(a.GetData()[i], 0.0);
     CNuIntArray n(3);
     n.Add(4);
     n.Clear();
@@ -308,7 +315,8 @@ TEST(ArrayElements, ClearZeroFillsTheWholeCapacityOfNumericArrays) {
 
 TEST(ArraySubArray, TakesAnInclusiveRangeWithItsOwnCapacityAndStep) {
     CNuDoubleArray a(0, 4);
-    for (int i = 0; i < 6; ++i) a.Add(i * 1.5);
+    for (int i = 0; i < 6; ++i)
+        a.Add(i * 1.5);
     CNuDoubleArray s = a.SubArray(1, 3);
     EXPECT_EQ(s.GetSize(), 3);
     EXPECT_EQ(s.GetCapacity(), 3);
@@ -334,7 +342,8 @@ TEST(ArraySubArray, TakesAnInclusiveRangeWithItsOwnCapacityAndStep) {
 TEST(ArraySubArray, AMaskSelectsElementsAndItsSumIsTheCapacity) {
     CNuDoubleArray a = Filled({10, 20, 30, 40}, 0);
     CNuIntArray mask;
-    for (int m : {1, 0, 1, 1}) mask.Add(m);
+    for (int m : {1, 0, 1, 1})
+        mask.Add(m);
     CNuDoubleArray s = a.SubArray(mask);
     EXPECT_EQ(s.GetSize(), 3);
     EXPECT_EQ(s.GetCapacity(), 3);
@@ -407,7 +416,8 @@ TEST(ArraySort, SortsInPlaceAndBuildsStableIndexPermutations) {
     a.Sort(&index);
     EXPECT_EQ(a[0], 3.0);  // the array stays
     std::vector<int> seen;
-    for (int i = 0; i < index.GetSize(); ++i) seen.push_back(index[i]);
+    for (int i = 0; i < index.GetSize(); ++i)
+        seen.push_back(index[i]);
     EXPECT_EQ(seen, (std::vector<int>{1, 3, 2, 0}));
     EXPECT_EQ(index.GetCapacity(), 20);  // assigned into, so its larger buffer stays
     a.Sort();
@@ -415,11 +425,13 @@ TEST(ArraySort, SortsInPlaceAndBuildsStableIndexPermutations) {
     EXPECT_EQ(a[3], 3.0);
 
     CNuIntArray n;
-    for (int v : {5, -2, 5, 0}) n.Add(v);
+    for (int v : {5, -2, 5, 0})
+        n.Add(v);
     CNuIntArray nIndex;
     n.Sort(&nIndex);
     seen.clear();
-    for (int i = 0; i < nIndex.GetSize(); ++i) seen.push_back(nIndex[i]);
+    for (int i = 0; i < nIndex.GetSize(); ++i)
+        seen.push_back(nIndex[i]);
     EXPECT_EQ(seen, (std::vector<int>{1, 3, 0, 2}));
     n.Sort();
     EXPECT_EQ(n[0], -2);

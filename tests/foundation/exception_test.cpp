@@ -4,15 +4,16 @@
 #include <string>
 #include <vector>
 
-#include "numorix/foundation/exception.h"
 #include "nu_test.h"
+#include "numorix/foundation/exception.h"
 
 namespace numorix {
 namespace {
 
 using test::MessageOf;
 
-const std::string kConstructionHeader = "Numorix exception: construction failed for CNuVector\n    ";
+const std::string kConstructionHeader =
+    "Numorix exception: construction failed for CNuVector\n    ";
 const std::string kOperationHeader = "Numorix exception: operation failed in CNuMatrix\n    ";
 const std::string kFitHeader = "Numorix exception: fitting failed for CNuCircle\n    ";
 
@@ -188,11 +189,10 @@ TEST(ExceptionCauses, DefaultBuiltExceptionsHoldNoFailureAndAnEmptyMessage) {
     CNuBestfitException b;
     CNuMemoryException m;
     CNuMemoryException mNull(nullptr);
-    for (const CNuException* e : {static_cast<const CNuException*>(&c),
-                                  static_cast<const CNuException*>(&o),
-                                  static_cast<const CNuException*>(&b),
-                                  static_cast<const CNuException*>(&m),
-                                  static_cast<const CNuException*>(&mNull)}) {
+    for (const CNuException* e :
+         {static_cast<const CNuException*>(&c), static_cast<const CNuException*>(&o),
+          static_cast<const CNuException*>(&b), static_cast<const CNuException*>(&m),
+          static_cast<const CNuException*>(&mNull)}) {
         EXPECT_EQ(e->m_nCause, 0);
         EXPECT_EQ(e->GetCause(), 0);  // not -100 or -200
         char sz[8] = "XXXXXXX";
@@ -247,7 +247,7 @@ TEST(ExceptionCauses, ThrownByValueAndCaughtAsTheBase) {
 
 // The composed length T of the representative below.
 class MessageCopy : public ::testing::Test {
-protected:
+  protected:
     const CNuOperationException m_e{3, "element operator[]", "CNuVector", 0, 4};
     const std::string m_sText = MessageOf(m_e);
     const int m_nT = static_cast<int>(m_sText.size());
@@ -324,8 +324,8 @@ TEST(ExceptionAssertFlag, IsOffUntilSetAndStaysOn) {
     CNuException::SetAssert();
     EXPECT_EQ(CNuException::IsAssertEnabled(), 1);
     // Raising sites ignore the flag.
-    EXPECT_NU_THROW(throw CNuOperationException(6, "operator/", "CNuVector"),
-                    CNuOperationException, 106);
+    EXPECT_NU_THROW(throw CNuOperationException(6, "operator/", "CNuVector"), CNuOperationException,
+                    106);
     CNuException::m_nAssert = nSaved;
 }
 

@@ -1,9 +1,9 @@
 // The object model: type tags, family bases and the library enumerations.
 #include <type_traits>
 
+#include "nu_test.h"
 #include "numorix/foundation/object.h"
 #include "numorix/geometry/geometry.h"
-#include "nu_test.h"
 
 namespace numorix {
 namespace {

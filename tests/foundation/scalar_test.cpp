@@ -5,9 +5,9 @@
 #include <numeric>
 #include <vector>
 
+#include "nu_test.h"
 #include "numorix/foundation/scalar.h"
 #include "numorix/foundation/tolerance.h"
-#include "nu_test.h"
 
 namespace numorix {
 namespace {
@@ -17,11 +17,11 @@ const double kNaN = std::numeric_limits<double>::quiet_NaN();
 
 // Sets a tolerance for the length of a scope and restores it.
 class ScopedZero {
-public:
+  public:
     explicit ScopedZero(double d) : m_dSaved(NuGetZero()) { NuSetZero(d); }
     ~ScopedZero() { NuSetZero(m_dSaved); }
 
-private:
+  private:
     double m_dSaved;
 };
 
@@ -62,7 +62,8 @@ TEST(Sort, AllThreeFormsAgreeWithAStableSortOnRandomKeysWithTies) {
     test::Random rng;
     for (int n : {0, 1, 2, 3, 17, 200}) {
         std::vector<double> keys(static_cast<std::size_t>(n));
-        for (double& d : keys) d = rng.Integer(0, 9);  // many ties
+        for (double& d : keys)
+            d = rng.Integer(0, 9);  // many ties
         std::vector<int> expected(keys.size());
         std::iota(expected.begin(), expected.end(), 0);
         std::stable_sort(expected.begin(), expected.end(),
@@ -188,8 +189,7 @@ TEST(Acosh, FollowsTheLogarithmicFormAndRefusesArgumentsBelowOne) {
     for (double x : {1.5, 2.0, 10.0, 1e6}) {
         EXPECT_NEAR(acosh(x), std::acosh(x), 4 * test::kUlp * std::acosh(x)) << "x = " << x;
     }
-    test::ExpectNuFailure<CNuOperationException>([] { acosh(0.999); }, 101, "calculation",
-                                                 "acosh");
+    test::ExpectNuFailure<CNuOperationException>([] { acosh(0.999); }, 101, "calculation", "acosh");
     EXPECT_NU_THROW(acosh(-kInf), CNuOperationException, 101);
 }
 

@@ -6,8 +6,8 @@
 #include <limits>
 #include <thread>
 
-#include "numorix/foundation/tolerance.h"
 #include "nu_test.h"
+#include "numorix/foundation/tolerance.h"
 
 namespace numorix {
 namespace {

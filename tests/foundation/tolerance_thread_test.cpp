@@ -4,8 +4,8 @@
 #include <thread>
 #include <vector>
 
-#include "numorix/foundation/tolerance.h"
 #include "nu_test.h"
+#include "numorix/foundation/tolerance.h"
 
 namespace numorix {
 namespace {
@@ -20,7 +20,8 @@ TEST(ToleranceThreads, ManyFirstTouchesAtOnceKeepEachThreadsOwnValues) {
         threads.emplace_back([&, t] {
             // Line up so that the first touches collide.
             nWaiting.fetch_sub(1);
-            while (nWaiting.load() > 0) std::this_thread::yield();
+            while (nWaiting.load() > 0)
+                std::this_thread::yield();
             if (t % 2 == 0) {
                 if (NuGetTol() != 4.45e-16) nFailures.fetch_add(1);  // first touch by a read
             }
@@ -36,7 +37,8 @@ TEST(ToleranceThreads, ManyFirstTouchesAtOnceKeepEachThreadsOwnValues) {
             }
         });
     }
-    for (std::thread& t : threads) t.join();
+    for (std::thread& t : threads)
+        t.join();
     EXPECT_EQ(nFailures.load(), 0);
 }
 
@@ -47,7 +49,8 @@ TEST(ToleranceThreads, TwoThreadsRunWithDifferentTolerances) {
     auto body = [&](double dValue, double* pdSeen) {
         NuSetDegreeTol(dValue);
         nSet.fetch_add(1);
-        while (nSet.load() < 2) std::this_thread::yield();
+        while (nSet.load() < 2)
+            std::this_thread::yield();
         *pdSeen = NuGetDegreeTol();
     };
     std::thread a(body, 1e-3, &dSeenA);

@@ -28,7 +28,7 @@ constexpr double kTight = 1e-14;
 // Random numbers for property tests. The seed comes from NUMORIX_TEST_SEED when set, otherwise
 // a fixed default, and is printed once per process so that a failing run can be repeated.
 class Random {
-public:
+  public:
     Random() : m_engine(Seed()) {}
 
     static std::uint64_t Seed() {
@@ -54,7 +54,7 @@ public:
     }
     std::mt19937_64& Engine() { return m_engine; }
 
-private:
+  private:
     std::mt19937_64 m_engine;
 };
 
@@ -96,7 +96,7 @@ void ExpectNuFailure(F&& f, int nStored, const char* pszName, const char* pszLoc
 }  // namespace numorix
 
 // Expects `statement` to throw `ExceptionClass` holding the stored cause `storedCause`.
-#define EXPECT_NU_THROW(statement, ExceptionClass, storedCause)                                  \
+#define EXPECT_NU_THROW(statement, ExceptionClass, storedCause)                                    \
     ::numorix::test::ExpectNuFailure<ExceptionClass>([&]() { statement; }, (storedCause), nullptr, \
                                                      nullptr)
 

@@ -77,7 +77,8 @@ void CopyElements(T* pTo, const T* pFrom, int n) {
     if constexpr (kBlockCopied<T>) {
         std::memcpy(pTo, pFrom, sizeof(T) * static_cast<std::size_t>(n));
     } else {
-        for (int i = 0; i < n; ++i) pTo[i] = pFrom[i];
+        for (int i = 0; i < n; ++i)
+            pTo[i] = pFrom[i];
     }
 }
 
@@ -153,8 +154,8 @@ void SetExpandSize(ArrayRef<T> a, int nExpandSize) {
 // Grows the capacity to exactly n. Requesting the current capacity or less is refused.
 template <class T>
 void SetCapacity(ArrayRef<T> a, int n) {
-    if (n < 0 || n <= a.nCapacity) throw CNuOperationException(14, "SetSize operation",
-                                                               a.texts.pszSetSize);
+    if (n < 0 || n <= a.nCapacity)
+        throw CNuOperationException(14, "SetSize operation", a.texts.pszSetSize);
     if (a.pData == nullptr) a.nSize = 0;
     a.pData = Resize(a.pData, a.nSize, n, a.texts.pszSetSize);
     a.nCapacity = n;
@@ -176,8 +177,7 @@ void FreeExtra(ArrayRef<T> a) {
 template <class T>
 void Truncate(ArrayRef<T> a, int n) {
     if (n < 0 || n > a.nSize) {
-        throw CNuOperationException(14, "Truncate operation", a.texts.pszTruncate, 0,
-                                    a.nSize - 1);
+        throw CNuOperationException(14, "Truncate operation", a.texts.pszTruncate, 0, a.nSize - 1);
     }
     if (n == 0) {
         Release(a.pData);
@@ -246,7 +246,8 @@ T& Last(ArrayRef<T> a) {
 template <class T>
 void Remove(ArrayRef<T> a, int i) {
     CheckIndex(a, i, "Remove operation", a.texts.pszRemove);
-    for (int k = i; k + 1 < a.nSize; ++k) a.pData[k] = a.pData[k + 1];
+    for (int k = i; k + 1 < a.nSize; ++k)
+        a.pData[k] = a.pData[k + 1];
     --a.nSize;
 }
 
@@ -263,7 +264,8 @@ void CheckSubArray(ArrayRef<T> a, int i, int j) {
 template <class T>
 void ClearZeroed(ArrayRef<T> a) {
     a.nSize = 0;
-    for (int i = 0; i < a.nCapacity; ++i) a.pData[i] = T();
+    for (int i = 0; i < a.nCapacity; ++i)
+        a.pData[i] = T();
 }
 
 }  // namespace internal

@@ -1,6 +1,6 @@
 // A program outside the source tree that uses the installed library.
-#include <cstdio>
 #include <numorix/numorix.h>
+#include <cstdio>
 
 int main() {
     numorix::CNuDoubleArray values;
