@@ -10,5 +10,8 @@
 #include "numorix/foundation/scalar.h"
 #include "numorix/foundation/tolerance.h"
 #include "numorix/geometry/geometry.h"
+#include "numorix/linalg/linear_equ_sys.h"
+#include "numorix/linalg/matrix.h"
+#include "numorix/linalg/vector.h"
 
 #endif  // NUMORIX_NUMORIX_H

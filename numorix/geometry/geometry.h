@@ -11,8 +11,33 @@
 
 namespace numorix {
 
+class CNuMatrix;
+class CNuVector;
+
 class CNuGeometry : public CNuObject {
   public:
+    enum EAxisType : std::int32_t { eXAxis = 0, eYAxis = 1, eZAxis = 2 };
+    enum ELineSideType : std::int32_t {
+        eLineSidePositive = 0,
+        eLineSideNegative = 1,
+        eLineSideOn = 2
+    };
+    enum ECurveSideType : std::int32_t {
+        eCurveSideInner = 0,
+        eCurveSideOuter = 1,
+        eCurveSideOn = 2
+    };
+    enum ESurfaceSideType : std::int32_t {
+        eSurfaceSideOuter = 0,
+        eSurfaceSideInner = 1,
+        eSurfaceSideOn = 2
+    };
+
+    // Rotation by dDegrees about a coordinate axis or about an arbitrary axis through the origin,
+    // for row vectors: v' = v R. Cosine and sine are cleaned as NuCosSin cleans them.
+    static CNuMatrix RotationMatrix(double dDegrees, EAxisType eAxis);
+    static CNuMatrix RotationMatrix(double dDegrees, const CNuVector& axis);
+
     CNuGeometry(const CNuGeometry&) = default;
     CNuGeometry& operator=(const CNuGeometry&) = default;
     ~CNuGeometry() override;

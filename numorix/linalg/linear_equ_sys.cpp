@@ -1,0 +1,1 @@
+#include "numorix/linalg/linear_equ_sys.h"

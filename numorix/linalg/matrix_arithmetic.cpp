@@ -1,0 +1,1 @@
+#include "numorix/linalg/matrix.h"
