@@ -26,16 +26,91 @@ constexpr double kDeflationSnap = 6.5e-06;
 constexpr int kScanPositions = 20;
 constexpr double kScanBaseStep = 4e-08;
 
-// z times a real, with none of the refusal of huge factors: internal steps never fail.
-CNuComplex Scaled(const CNuComplex& z, double s) {
+// The root finder's complex arithmetic works on plain pairs with inline operations. Each one
+// performs the operations of the matching CNuComplex operator in the same order, so the results
+// are bit-identical; it spares the out-of-line calls and object set-up that otherwise dominate
+// the iteration. Scaling by a real has none of the refusal of huge factors: internal steps never
+// fail.
+struct SPair {
+    double re;
+    double im;
+};
+
+inline SPair ToPair(const CNuComplex& z) { return {z.Real(), z.Imaginary()}; }
+inline CNuComplex ToComplex(SPair z) { return CNuComplex(z.re, z.im); }
+inline SPair operator+(SPair a, SPair b) { return {a.re + b.re, a.im + b.im}; }
+inline SPair operator-(SPair a, SPair b) { return {a.re - b.re, a.im - b.im}; }
+inline SPair operator*(SPair a, SPair b) {
+    return {a.re * b.re - a.im * b.im, a.re * b.im + a.im * b.re};
+}
+inline SPair Scaled(SPair z, double s) { return {z.re * s, z.im * s}; }
+inline CNuComplex Scaled(const CNuComplex& z, double s) {
     return CNuComplex(z.Real() * s, z.Imaginary() * s);
 }
 
-CNuComplex Snapped(const CNuComplex& z, double dSnap) {
-    double dRe = std::fabs(z.Real()) < dSnap ? 0.0 : z.Real();
-    double dIm = std::fabs(z.Imaginary()) < dSnap ? 0.0 : z.Imaginary();
-    return CNuComplex(dRe, dIm);
+// Smith's division, as CNuComplex::operator/.
+inline SPair operator/(SPair a, SPair b) {
+    if (std::fabs(b.re) >= std::fabs(b.im)) {
+        double r = b.im / b.re;
+        double d = b.re + b.im * r;
+        return {(a.re + a.im * r) / d, (a.im - a.re * r) / d};
+    }
+    double r = b.re / b.im;
+    double d = b.re * r + b.im;
+    return {(a.re * r + a.im) / d, (a.im * r - a.re) / d};
 }
+
+// The scaled hypotenuse, as NuPythag.
+inline double Modulus(SPair z) {
+    double p = std::fabs(z.re);
+    double q = std::fabs(z.im);
+    if (q > p) {
+        double t = p;
+        p = q;
+        q = t;
+    }
+    if (NuGetZero() > p) return 0.0;
+    double r = q / p;
+    return p * std::sqrt(1.0 + r * r);
+}
+
+// The principal root, as CNuComplex::Sqrt.
+inline SPair Sqrt(SPair z) {
+    double x = std::fabs(z.re);
+    double y = std::fabs(z.im);
+    double dZero = NuGetZero();
+    if (x < dZero && y < dZero) return {0.0, 0.0};
+    double w;
+    if (x >= y) {
+        double r = y / x;
+        w = std::sqrt(x) * std::sqrt((1.0 + std::sqrt(1.0 + r * r)) * 0.5);
+    } else {
+        double r = x / y;
+        w = std::sqrt(y) * std::sqrt((r + std::sqrt(1.0 + r * r)) * 0.5);
+    }
+    if (z.re >= 0.0) return {w, z.im / (2.0 * w)};
+    if (z.im < 0.0) w = -w;
+    return {z.im / (2.0 * w), w};
+}
+
+inline SPair Snapped(SPair z, double dSnap) {
+    return {std::fabs(z.re) < dSnap ? 0.0 : z.re, std::fabs(z.im) < dSnap ? 0.0 : z.im};
+}
+
+// A work array of pairs; allocation failure is the library's memory failure.
+class CPairs {
+  public:
+    explicit CPairs(int n) : m_p(new (std::nothrow) SPair[static_cast<std::size_t>(n)]) {
+        if (m_p == nullptr) throw CNuMemoryException("CNuAlgEqu::Solve()");
+    }
+    ~CPairs() { delete[] m_p; }
+    CPairs(const CPairs&) = delete;
+    CPairs& operator=(const CPairs&) = delete;
+    SPair* Get() { return m_p; }
+
+  private:
+    SPair* m_p;
+};
 
 // p(x) by Horner's rule over the coefficients c[0..n].
 double Horner(const double* pdC, int n, double x) {
@@ -50,50 +125,50 @@ double Horner(const double* pdC, int n, double x) {
 // which is the step this library has always taken. A root is accepted when p(x) vanishes to
 // NuGetTol()^2 or the step falls below NuGetTol(); after the last step the point of smallest
 // residual seen is returned, and running out of steps is not a failure.
-void LaguerreRoot(const CNuComplex* pA, int m, CNuComplex* pX) {
+void LaguerreRoot(const SPair* pA, int m, SPair* pX) {
     const double dTiny = NuGetTol() * NuGetTol();
     double dBestResidual = NuGetLarge();
-    CNuComplex best(0.0, 0.0);
-    CNuComplex x = *pX;
+    SPair best = {0.0, 0.0};
+    SPair x = *pX;
     for (int iter = 1;; ++iter) {
-        CNuComplex b = pA[m];
-        CNuComplex d(0.0, 0.0);
-        CNuComplex f(0.0, 0.0);
+        SPair b = pA[m];
+        SPair d = {0.0, 0.0};
+        SPair f = {0.0, 0.0};
         for (int j = m - 1; j >= 0; --j) {
             f = x * f + d;
             d = x * d + b;
             b = x * b + pA[j];
         }
-        if (std::fabs(b.Real()) < dTiny && std::fabs(b.Imaginary()) < dTiny) break;
+        if (std::fabs(b.re) < dTiny && std::fabs(b.im) < dTiny) break;
 
-        CNuComplex g = d / b;
-        CNuComplex g2 = g * g;
-        CNuComplex h = g2 - f / b;
-        CNuComplex sq = Scaled(Scaled(h, m) - g2, m - 1).Sqrt();
-        CNuComplex gp = g + sq;
-        CNuComplex gm = g - sq;
-        double dPlus = gp.Modulus();
-        double dMinus = gm.Modulus();
+        SPair g = d / b;
+        SPair g2 = g * g;
+        SPair h = g2 - f / b;
+        SPair sq = Sqrt(Scaled(Scaled(h, m) - g2, m - 1));
+        SPair gp = g + sq;
+        SPair gm = g - sq;
+        double dPlus = Modulus(gp);
+        double dMinus = Modulus(gm);
         if (dMinus > dPlus) gp = gm;
         double dMax = dMinus > dPlus ? dMinus : dPlus;
 
-        CNuComplex dx;
+        SPair dx;
         if (dMax > NuGetSqrtTol()) {
-            dx = CNuComplex(m, 0.0) / gp;
+            dx = SPair{static_cast<double>(m), 0.0} / gp;
         } else {
             // Vanishing denominators: a step of the size of x in a direction that turns with
             // the iteration count.
-            dx = Scaled(CNuComplex(std::cos(iter), std::sin(iter)),
-                        std::exp(std::log(1.0 + x.Modulus())));
+            dx =
+                Scaled(SPair{std::cos(iter), std::sin(iter)}, std::exp(std::log(1.0 + Modulus(x))));
         }
-        CNuComplex x1 = x - dx;
-        CNuComplex change = x1 - x;
+        SPair x1 = x - dx;
+        SPair change = x1 - x;
         double dTol = NuGetTol();
-        if (std::fabs(change.Real()) < dTol && std::fabs(change.Imaginary()) < dTol) {
+        if (std::fabs(change.re) < dTol && std::fabs(change.im) < dTol) {
             x = x1;
             break;
         }
-        double dResidual = b.Real() * b.Real() + b.Imaginary() * b.Imaginary();
+        double dResidual = b.re * b.re + b.im * b.im;
         if (dResidual < dBestResidual) {
             dBestResidual = dResidual;
             best = x;
@@ -113,34 +188,35 @@ void LaguerreRoot(const CNuComplex* pA, int m, CNuComplex* pX) {
 
 // All m roots of sum a[j] z^j by Laguerre with deflation from the origin, each root then refined
 // on the full polynomial unless it is real within NuGetTol(), and sorted stably by real part.
-void LaguerreAllRoots(const CNuComplexArray& a, int m, CNuComplexArray* pRoots) {
-    CNuComplexArray work(a);
-    CNuComplex* pW = work.GetData();
+void LaguerreAllRoots(const SPair* pA, int m, SPair* pRoots) {
+    CPairs work(m + 1);
+    SPair* pW = work.Get();
+    for (int i = 0; i <= m; ++i)
+        pW[i] = pA[i];
     for (int j = m; j >= 1; --j) {
-        CNuComplex x(0.0, 0.0);
+        SPair x = {0.0, 0.0};
         LaguerreRoot(pW, j, &x);
         x = Snapped(x, kDeflationSnap);
-        pRoots->Add(x);
+        pRoots[m - j] = x;
         // Synthetic division by (z - x): w[0..j-1] becomes the quotient.
-        CNuComplex b = pW[j];
+        SPair b = pW[j];
         for (int i = j - 1; i >= 0; --i) {
-            CNuComplex c = pW[i];
+            SPair c = pW[i];
             pW[i] = b;
             b = x * b + c;
         }
     }
-    CNuComplex* pR = pRoots->GetData();
     for (int k = 0; k < m; ++k) {
-        if (!(std::fabs(pR[k].Imaginary()) < NuGetTol())) LaguerreRoot(a.GetData(), m, &pR[k]);
+        if (!(std::fabs(pRoots[k].im) < NuGetTol())) LaguerreRoot(pA, m, &pRoots[k]);
     }
     for (int i = 1; i < m; ++i) {
-        CNuComplex key = pR[i];
+        SPair key = pRoots[i];
         int j = i - 1;
-        while (j >= 0 && pR[j].Real() > key.Real()) {
-            pR[j + 1] = pR[j];
+        while (j >= 0 && pRoots[j].re > key.re) {
+            pRoots[j + 1] = pRoots[j];
             --j;
         }
-        pR[j + 1] = key;
+        pRoots[j + 1] = key;
     }
 }
 
@@ -435,21 +511,19 @@ void CNuAlgEqu::SolveQuartic(const double* pdC) {
     CNuComplex z[4] = {((r + dRoot) - h2) / 2.0, ((r - dRoot) - h2) / 2.0,
                        ((r + eRoot) + h2) / -2.0, ((r - eRoot) + h2) / -2.0};
 
-    CNuComplexArray coefficients(5);
+    SPair coefficients[5];
     for (int i = 0; i <= 4; ++i)
-        coefficients.Add(CNuComplex(pdC[i], 0.0));
-    for (CNuComplex& root : z) {
-        root = Snapped(root, kQuarticSnap);
-        LaguerreRoot(coefficients.GetData(), 4, &root);
-    }
-    for (const CNuComplex& root : z) {
+        coefficients[i] = SPair{pdC[i], 0.0};
+    for (const CNuComplex& start : z) {
+        SPair root = Snapped(ToPair(start), kQuarticSnap);
+        LaguerreRoot(coefficients, 4, &root);
         double dTol = NuGetTol();
-        if (std::fabs(root.Imaginary()) < dTol) {
-            AddReal(root.Real());
-        } else if (!(std::fabs(root.Real()) < dTol)) {
-            AddComplex(root);
+        if (std::fabs(root.im) < dTol) {
+            AddReal(root.re);
+        } else if (!(std::fabs(root.re) < dTol)) {
+            AddComplex(ToComplex(root));
         } else {
-            AddComplex(CNuComplex(0.0, root.Imaginary()));
+            AddComplex(CNuComplex(0.0, root.im));
         }
     }
 }
@@ -510,17 +584,20 @@ void CNuAlgEqu::Solve(const CNuComplexArray& coefficients) {
         --m;
     if (m <= 0) return;  // a constant: the previous roots stay
 
-    CNuComplexArray roots(m);
-    LaguerreAllRoots(coefficients, m, &roots);
+    CPairs a(m + 1);
+    for (int i = 0; i <= m; ++i)
+        a.Get()[i] = ToPair(coefficients[i]);
+    CPairs roots(m);
+    LaguerreAllRoots(a.Get(), m, roots.Get());
 
     CNuAlgEqu work;
     work.Reserve(m);
     for (int k = 0; k < m; ++k) {
-        const CNuComplex& root = roots[k];
-        if (std::fabs(root.Imaginary()) < NuGetTol()) {
-            work.AddReal(root.Real());
+        SPair root = roots.Get()[k];
+        if (std::fabs(root.im) < NuGetTol()) {
+            work.AddReal(root.re);
         } else {
-            work.AddComplex(root);
+            work.AddComplex(ToComplex(root));
         }
     }
     work.DropEmpty();
