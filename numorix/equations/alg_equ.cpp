@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <new>
+#include <utility>
 
 #include "numorix/foundation/exception.h"
 #include "numorix/foundation/scalar.h"
