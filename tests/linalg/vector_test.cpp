@@ -319,6 +319,8 @@ TEST(VectorAngles, SignedAngleTurnsAroundTheAxis) {
     CNuVector x(1.0, 0.0, 0.0);
     EXPECT_EQ(x.AngleWith(x * 3.0, z), 0.0);
     EXPECT_EQ(CNuVector(0.0, 0.0, 1.0).AngleWith(z * 4.0, z), 0.0);  // along the axis
+    // Against the axis, equal directions are caught before their projections vanish.
+    EXPECT_EQ(CNuVector(0.0, 0.0, -1.0).AngleWith(-z, z), 0.0);
     ExpectNuFailure<Op>([&] { x.AngleWith(CNuVector(1.0, 0.0, 1.0), z); }, 114, "calculation",
                         "CNuVector::AngleWith()");
 }
@@ -374,6 +376,10 @@ TEST(VectorOrder, SymmetricAxisClearsSmallElementsAndFixesTheSign) {
     EXPECT_EQ(v[2], -3.0);
     v.SymmetricAxis(1e-6, 0);
     EXPECT_EQ(v[1], 3.0);
+    CNuVector w(-0.5, 0.25, 0.0);
+    w.SymmetricAxis(0.25, 1);  // an element equal to dTol stays
+    EXPECT_EQ(w[0], 0.5);
+    EXPECT_EQ(w[1], -0.25);
 }
 
 TEST(VectorOrder, SortsStablyAndFindsExtremesWithinTheLargeBound) {
