@@ -2,6 +2,7 @@
 // order, predicates, and arithmetic against identities and against Eigen as an oracle.
 #include <Eigen/Dense>
 #include <cmath>
+#include <utility>
 
 #include "nu_test.h"
 #include "numorix/foundation/tolerance.h"

@@ -1,7 +1,9 @@
 // Vectors: blocks, the homogeneous pair, predicates, arithmetic with every refusal, rotations and
 // rotation matrices, angles, orthonormal frames, sorting and extremes.
 #include <cmath>
+#include <initializer_list>
 #include <string>
+#include <utility>
 
 #include "nu_test.h"
 #include "numorix/foundation/double_array.h"
@@ -26,6 +28,15 @@ CNuVector RandomVector(test::Random& rng, int nSize = 3) {
     CNuVector v(nSize);
     for (int i = 0; i < nSize; ++i)
         v[i] = rng.Uniform(-2.0, 2.0);
+    return v;
+}
+
+// A vector of any size from its elements.
+CNuVector Vec(std::initializer_list<double> elements) {
+    CNuVector v(static_cast<int>(elements.size()));
+    int i = 0;
+    for (double d : elements)
+        v[i++] = d;
     return v;
 }
 
@@ -57,9 +68,7 @@ TEST(VectorBlocks, ConstructionAndConversionRefuseEmptySizes) {
 }
 
 TEST(VectorBlocks, SubVectorTestsTheRangeBeforeTheOrder) {
-    CNuVector v(5);
-    for (int i = 0; i < 5; ++i)
-        v[i] = i * 10.0;
+    CNuVector v = Vec({0.0, 10.0, 20.0, 30.0, 40.0});
     CNuVector s = v.SubVector(1, 3);
     ASSERT_EQ(s.GetSize(), 3);
     EXPECT_EQ(s[0], 10.0);
@@ -105,10 +114,7 @@ TEST(VectorHomogeneous, ConvertsBetweenThreeAndFourElementsReusingTheArray) {
     p = CNuVector(7.0, 8.0, 9.0);
     EXPECT_EQ(p.GetCapacity(), 4);
 
-    CNuVector atInfinity(4);
-    atInfinity[0] = 2.0;
-    atInfinity[1] = 4.0;
-    atInfinity[2] = 6.0;
+    CNuVector atInfinity = Vec({2.0, 4.0, 6.0, 0.0});
     atInfinity.NonHomogeneous();  // w = 0 is taken as 1
     EXPECT_EQ(atInfinity[0], 2.0);
     EXPECT_EQ(atInfinity[2], 6.0);
@@ -138,8 +144,7 @@ TEST(VectorPredicates, EqualityOfDirectionsUsesTheMinimumAngleNotTheTolerance) {
     EXPECT_FALSE(x.IsEqual(x, 0.0));  // the lengths must differ by less than dTol
     EXPECT_FALSE(x.IsEqual(CNuVector(4), 10.0));
     // Other sizes and zero vectors compare element by element.
-    CNuVector a(2), b(2);
-    b[1] = 0.01;
+    CNuVector a(2), b = Vec({0.0, 0.01});
     EXPECT_TRUE(a.IsEqual(b, 0.02));
     EXPECT_FALSE(a.IsEqual(b, 0.01));
     EXPECT_TRUE(CNuVector().IsEqual(CNuVector(0.0, 0.0, 1e-9), 1e-8));
@@ -194,10 +199,7 @@ TEST(VectorArithmetic, ProductsObeyTheirIdentities) {
     CNuMatrix m(2, 3);
     m.SetRowVector(0, CNuVector(1.0, 2.0, 3.0));
     m.SetRowVector(1, CNuVector(4.0, 5.0, 6.0));
-    CNuVector row(2);
-    row[0] = 2.0;
-    row[1] = -1.0;
-    CNuVector r = row * m;
+    CNuVector r = Vec({2.0, -1.0}) * m;
     ASSERT_EQ(r.GetSize(), 3);
     EXPECT_EQ(r[0], -2.0);
     EXPECT_EQ(r[2], 0.0);
@@ -357,9 +359,7 @@ TEST(VectorFrames, OrthonormalYFlattensTheVectorAndStaysInsideTwoElements) {
     EXPECT_EQ(v[2], 0.0);
     EXPECT_DOUBLE_EQ(y[0], -0.8);
     EXPECT_DOUBLE_EQ(y[1], 0.6);
-    CNuVector flat(2);
-    flat[0] = 3.0;
-    flat[1] = 4.0;
+    CNuVector flat = Vec({3.0, 4.0});
     flat.OrthonormalY(&y);
     EXPECT_EQ(flat.GetSize(), 2);
     EXPECT_EQ(flat[1], 0.8);
@@ -383,11 +383,7 @@ TEST(VectorOrder, SymmetricAxisClearsSmallElementsAndFixesTheSign) {
 }
 
 TEST(VectorOrder, SortsStablyAndFindsExtremesWithinTheLargeBound) {
-    CNuVector v(4);
-    v[0] = 2.0;
-    v[1] = -1.0;
-    v[2] = 2.0;
-    v[3] = 0.5;
+    CNuVector v = Vec({2.0, -1.0, 2.0, 0.5});
     CNuIntArray index;
     v.Sort(&index);
     ASSERT_EQ(index.GetSize(), 4);
