@@ -1,1 +1,426 @@
+// Singular value decomposition A = U diag(w) V^T by the Golub-Reinsch method: Householder
+// reduction to bidiagonal form, accumulation of both transformations, and implicitly shifted QR
+// on the bidiagonal form.
+//
+// Storage is row by row, so a loop down a column touches one element per row. The kernel keeps
+// the operations of every element in their textbook order (each sum accumulated from 0.0 in
+// ascending row order, each update applied in the order of its column and its step) but arranges
+// the loops to sweep the rows once where the textbook sweeps a column at a time:
+//   - the dot products of one Householder step with all later columns are gathered in one pass,
+//     and the updates of all those columns are applied in a second;
+//   - the update of the rows below the diagonal, the right-hand Householder step on those rows
+//     and the scale of the next column share one pass;
+//   - the plane rotations of the QR sweeps are queued and applied row by row, each row receiving
+//     them in the order in which they were made.
+#include <cmath>
+#include <cstddef>
+#include <vector>
+
+#include "numorix/foundation/exception.h"
+#include "numorix/foundation/scalar.h"
+#include "numorix/foundation/tolerance.h"
 #include "numorix/linalg/matrix.h"
+#include "numorix/linalg/vector.h"
+
+namespace numorix {
+
+namespace {
+
+// The sweep limit: at the 124th pass for one singular value the decomposition gives up.
+constexpr int kMaxPasses = 124;
+constexpr int kCauseIndexRange = 3;         // stored 103
+constexpr int kCauseAlgorithmFailure = 46;  // stored 146
+
+inline bool Negligible(double d) { return std::fabs(d) < NuGetZero(); }
+
+// |b| with the sign of a; a zero or positive a gives +|b|.
+inline double WithSignOf(double b, double a) { return a >= 0.0 ? std::fabs(b) : -std::fabs(b); }
+
+// Whether d is negligible beside the norm of the bidiagonal form.
+inline bool NegligibleBeside(double d, double dNorm) {
+    return Negligible((std::fabs(d) + dNorm) - dNorm);
+}
+
+// A queue of plane rotations on pairs of columns of a row-pointer matrix. Each row receives the
+// queued operations in the order in which they were added; since every operation acts within a
+// row, applying them row by row gives each element exactly the arithmetic of applying them one
+// at a time down the columns.
+class CRotationQueue {
+  public:
+    CRotationQueue(double** ppdRows, int nRows) : m_ppdRows(ppdRows), m_nRows(nRows) {
+        m_ops.reserve(kCapacity);
+    }
+
+    // (r[j1], r[j2]) <- (r[j1] c + r[j2] s, r[j2] c - r[j1] s) for every row r.
+    void Rotate(int j1, int j2, double c, double s) {
+        m_ops.push_back(SOp{j1, j2, c, s});
+        if (m_ops.size() >= kCapacity) Flush();
+    }
+
+    // r[j] <- -r[j] for every row r.
+    void Negate(int j) {
+        m_ops.push_back(SOp{j, -1, 0.0, 0.0});
+        if (m_ops.size() >= kCapacity) Flush();
+    }
+
+    void Flush() {
+        if (m_ops.empty()) return;
+        const SOp* pOps = m_ops.data();
+        const std::size_t nOps = m_ops.size();
+        int r = 0;
+        // Four rows at a time, so that the dependent chain of one row overlaps the others.
+        for (; r + 4 <= m_nRows; r += 4) {
+            double* p0 = m_ppdRows[r];
+            double* p1 = m_ppdRows[r + 1];
+            double* p2 = m_ppdRows[r + 2];
+            double* p3 = m_ppdRows[r + 3];
+            for (std::size_t k = 0; k < nOps; ++k) {
+                const SOp& op = pOps[k];
+                if (op.j2 < 0) {
+                    p0[op.j1] = -p0[op.j1];
+                    p1[op.j1] = -p1[op.j1];
+                    p2[op.j1] = -p2[op.j1];
+                    p3[op.j1] = -p3[op.j1];
+                    continue;
+                }
+                Apply(p0, op);
+                Apply(p1, op);
+                Apply(p2, op);
+                Apply(p3, op);
+            }
+        }
+        for (; r < m_nRows; ++r) {
+            double* p = m_ppdRows[r];
+            for (std::size_t k = 0; k < nOps; ++k) {
+                const SOp& op = pOps[k];
+                if (op.j2 < 0) {
+                    p[op.j1] = -p[op.j1];
+                } else {
+                    Apply(p, op);
+                }
+            }
+        }
+        m_ops.clear();
+    }
+
+  private:
+    struct SOp {
+        int j1;
+        int j2;  // negative: negate column j1
+        double c;
+        double s;
+    };
+    static constexpr std::size_t kCapacity = 4096;
+
+    static inline void Apply(double* p, const SOp& op) {
+        const double y = p[op.j1];
+        const double z = p[op.j2];
+        p[op.j1] = y * op.c + z * op.s;
+        p[op.j2] = z * op.c - y * op.s;
+    }
+
+    double** m_ppdRows;
+    int m_nRows;
+    std::vector<SOp> m_ops;
+};
+
+// Golub-Reinsch on the m by n rows behind a, which become U. w (n entries) receives the singular
+// values, v (n by n rows, zero on entry) the right singular vectors, rv1 (n entries) is work.
+void GolubReinsch(double** a, int m, int n, double* w, double** v, double* rv1) {
+    std::vector<double> sums(static_cast<std::size_t>(n));
+    std::vector<double> factors(static_cast<std::size_t>(n));
+    double* pdSums = sums.data();
+    double* pdFactors = factors.data();
+
+    // Stage 1: Householder reduction to bidiagonal form.
+    double g = 0.0;
+    double scale = 0.0;
+    double anorm = 0.0;
+    double s = 0.0;
+    double dNextColumnScale = 0.0;  // sum of |a[k][i]|, k >= i, gathered by the previous pass
+    for (int k = 0; k < m; ++k)
+        dNextColumnScale += std::fabs(a[k][0]);
+
+    for (int i = 0; i < n; ++i) {
+        const int l = i + 1;
+        rv1[i] = scale * g;
+        g = s = scale = 0.0;
+        bool bColumnPending = false;  // the rows below i still await the column step
+        double dColumnScale = 0.0;
+        if (i < m) {
+            scale = dNextColumnScale;
+            if (!Negligible(scale)) {
+                for (int k = i; k < m; ++k) {
+                    a[k][i] /= scale;
+                    s += a[k][i] * a[k][i];
+                }
+                double f = a[i][i];
+                g = -WithSignOf(std::sqrt(s), f);
+                const double h = f * g - s;
+                a[i][i] = f - g;
+                for (int j = l; j < n; ++j)
+                    pdSums[j] = 0.0;
+                for (int k = i; k < m; ++k) {
+                    const double* pdRow = a[k];
+                    const double dAki = pdRow[i];
+                    for (int j = l; j < n; ++j)
+                        pdSums[j] += dAki * pdRow[j];
+                }
+                for (int j = l; j < n; ++j)
+                    pdFactors[j] = pdSums[j] / h;
+                // Row i now; the rows below follow in the shared pass.
+                double* pdRow = a[i];
+                const double dAii = pdRow[i];
+                for (int j = l; j < n; ++j)
+                    pdRow[j] += pdFactors[j] * dAii;
+                pdRow[i] = dAii * scale;
+                dColumnScale = scale;
+                bColumnPending = true;
+            }
+        }
+        w[i] = scale * g;
+        g = s = scale = 0.0;
+        bool bRowPending = false;  // the rows below i still await the row step
+        double dRowScale = 0.0;
+        if (i < m && i != n - 1) {
+            double* pdRowI = a[i];
+            for (int k = l; k < n; ++k)
+                scale += std::fabs(pdRowI[k]);
+            if (!Negligible(scale)) {
+                for (int k = l; k < n; ++k) {
+                    pdRowI[k] /= scale;
+                    s += pdRowI[k] * pdRowI[k];
+                }
+                const double f = pdRowI[l];
+                g = -WithSignOf(std::sqrt(s), f);
+                const double h = f * g - s;
+                pdRowI[l] = f - g;
+                for (int k = l; k < n; ++k)
+                    rv1[k] = pdRowI[k] / h;
+                dRowScale = scale;
+                bRowPending = true;
+            }
+        }
+        {
+            const double dCandidate = std::fabs(w[i]) + std::fabs(rv1[i]);
+            anorm = anorm > dCandidate ? anorm : dCandidate;
+        }
+
+        // The shared pass over the rows below i: column step, row step, next column's scale.
+        const bool bNextScale = l < n && l < m;
+        dNextColumnScale = 0.0;
+        if (bColumnPending || bRowPending || bNextScale) {
+            const double* pdRowI = a[i];
+            for (int j = l; j < m; ++j) {
+                double* pdRow = a[j];
+                if (bColumnPending) {
+                    const double dAji = pdRow[i];
+                    for (int k = l; k < n; ++k)
+                        pdRow[k] += pdFactors[k] * dAji;
+                    pdRow[i] = dAji * dColumnScale;
+                }
+                if (bRowPending) {
+                    double dDot = 0.0;
+                    for (int k = l; k < n; ++k)
+                        dDot += pdRow[k] * pdRowI[k];
+                    for (int k = l; k < n; ++k)
+                        pdRow[k] += dDot * rv1[k];
+                }
+                if (bNextScale) dNextColumnScale += std::fabs(pdRow[l]);
+            }
+        }
+        if (bRowPending) {
+            double* pdRowI = a[i];
+            for (int k = l; k < n; ++k)
+                pdRowI[k] *= dRowScale;
+        }
+    }
+
+    // Stage 2: accumulation of the right-hand transformations.
+    {
+        int l = 0;
+        for (int i = n - 1; i >= 0; --i) {
+            if (i < n - 1) {
+                if (!Negligible(g)) {
+                    const double* pdRowI = a[i];
+                    for (int j = l; j < n; ++j)
+                        v[j][i] = (pdRowI[j] / pdRowI[l]) / g;
+                    for (int j = l; j < n; ++j)
+                        pdSums[j] = 0.0;
+                    for (int k = l; k < n; ++k) {
+                        const double dAik = pdRowI[k];
+                        const double* pdV = v[k];
+                        for (int j = l; j < n; ++j)
+                            pdSums[j] += dAik * pdV[j];
+                    }
+                    for (int k = l; k < n; ++k) {
+                        double* pdV = v[k];
+                        const double dVki = pdV[i];
+                        for (int j = l; j < n; ++j)
+                            pdV[j] += pdSums[j] * dVki;
+                    }
+                }
+                for (int j = l; j < n; ++j) {
+                    v[i][j] = 0.0;
+                    v[j][i] = 0.0;
+                }
+            }
+            v[i][i] = 1.0;
+            g = rv1[i];
+            l = i;
+        }
+    }
+
+    // Stage 3: accumulation of the left-hand transformations.
+    for (int i = (m < n ? m : n) - 1; i >= 0; --i) {
+        const int l = i + 1;
+        g = w[i];
+        double* pdRowI = a[i];
+        for (int j = l; j < n; ++j)
+            pdRowI[j] = 0.0;
+        if (Negligible(g)) {
+            for (int j = i; j < m; ++j)
+                a[j][i] = 0.0;
+        } else {
+            g = 1.0 / g;
+            for (int j = l; j < n; ++j)
+                pdSums[j] = 0.0;
+            for (int k = l; k < m; ++k) {
+                const double* pdRow = a[k];
+                const double dAki = pdRow[i];
+                for (int j = l; j < n; ++j)
+                    pdSums[j] += dAki * pdRow[j];
+            }
+            for (int j = l; j < n; ++j)
+                pdFactors[j] = (pdSums[j] / pdRowI[i]) * g;
+            for (int k = i; k < m; ++k) {
+                double* pdRow = a[k];
+                const double dAki = pdRow[i];
+                for (int j = l; j < n; ++j)
+                    pdRow[j] += pdFactors[j] * dAki;
+                pdRow[i] = dAki * g;
+            }
+        }
+        pdRowI[i] += 1.0;
+    }
+
+    // Stage 4: diagonalisation of the bidiagonal form by implicitly shifted QR.
+    CRotationQueue rotateU(a, m);
+    CRotationQueue rotateV(v, n);
+    for (int k = n - 1; k >= 0; --k) {
+        for (int its = 1;; ++its) {
+            bool bCancel = true;
+            int l = k;
+            int nm = k - 1;
+            for (; l >= 0; --l) {
+                nm = l - 1;
+                if (NegligibleBeside(rv1[l], anorm)) {
+                    bCancel = false;
+                    break;
+                }
+                // w[nm] is read through the bounds test of the vector's index: non-finite data
+                // fail the test above at l = 0 and leave here.
+                if (nm < 0) {
+                    rotateU.Flush();
+                    rotateV.Flush();
+                    throw CNuOperationException(kCauseIndexRange, "element operator[]", "CNuVector",
+                                                0, n - 1);
+                }
+                if (NegligibleBeside(w[nm], anorm)) break;
+            }
+            if (bCancel) {
+                double c = 0.0;
+                double sn = 1.0;
+                for (int i = l; i <= k; ++i) {
+                    const double f = sn * rv1[i];
+                    rv1[i] = c * rv1[i];
+                    if (NegligibleBeside(f, anorm)) break;
+                    g = w[i];
+                    double h = NuPythag(f, g);
+                    w[i] = h;
+                    h = 1.0 / h;
+                    c = g * h;
+                    sn = -f * h;
+                    rotateU.Rotate(nm, i, c, sn);
+                }
+            }
+            double z = w[k];
+            if (l == k) {
+                if (z < 0.0) {
+                    w[k] = -z;
+                    rotateV.Negate(k);
+                }
+                break;
+            }
+            if (its >= kMaxPasses) {
+                rotateU.Flush();
+                rotateV.Flush();
+                throw CNuOperationException(kCauseAlgorithmFailure, "calculation",
+                                            "CNuMatrix::SVD()");
+            }
+            double x = w[l];
+            nm = k - 1;
+            double y = w[nm];
+            g = rv1[nm];
+            double h = rv1[k];
+            double f = ((y - z) * (y + z) + (g - h) * (g + h)) / (2.0 * h * y);
+            g = NuPythag(f, 1.0);
+            f = ((x - z) * (x + z) + h * ((y / (f + WithSignOf(g, f))) - h)) / x;
+            double c = 1.0;
+            double sn = 1.0;
+            for (int j = l; j <= nm; ++j) {
+                const int i = j + 1;
+                g = rv1[i];
+                y = w[i];
+                h = sn * g;
+                g = c * g;
+                z = NuPythag(f, h);
+                rv1[j] = z;
+                c = f / z;
+                sn = h / z;
+                f = x * c + g * sn;
+                g = g * c - x * sn;
+                h = y * sn;
+                y = y * c;
+                rotateV.Rotate(j, i, c, sn);
+                z = NuPythag(f, h);
+                w[j] = z;
+                if (z != 0.0) {
+                    z = 1.0 / z;
+                    c = f * z;
+                    sn = h * z;
+                }
+                f = c * g + sn * y;
+                x = c * y - sn * g;
+                rotateU.Rotate(j, i, c, sn);
+            }
+            rv1[l] = 0.0;
+            rv1[k] = f;
+            w[k] = x;
+        }
+    }
+    rotateU.Flush();
+    rotateV.Flush();
+
+    // Stage 5: the rank cut.
+    double wmax = 0.0;
+    for (int j = 0; j < n; ++j) {
+        if (w[j] > wmax) wmax = w[j];
+    }
+    const double dThreshold = NuGetTol() * wmax;
+    for (int j = 0; j < n; ++j) {
+        if (w[j] < dThreshold) w[j] = 0.0;
+    }
+}
+
+}  // namespace
+
+void CNuMatrix::SVD(CNuVector* w, CNuMatrix* V) {
+    const int n = m_nColumns;
+    CNuVector rv1(n);
+    *w = CNuVector(n);
+    *V = CNuMatrix(n, n);
+    GolubReinsch(m_ppdData, m_nRows, n, w->GetData(), V->GetData(), rv1.GetData());
+}
+
+}  // namespace numorix
