@@ -14,6 +14,7 @@
 //     them in the order in which they were made.
 #include <cmath>
 #include <cstddef>
+#include <utility>
 #include <vector>
 
 #include "numorix/foundation/exception.h"
@@ -158,13 +159,15 @@ void GolubReinsch(double** a, int m, int n, double* w, double** v, double* rv1) 
                 g = -WithSignOf(std::sqrt(s), f);
                 const double h = f * g - s;
                 a[i][i] = f - g;
-                for (int j = l; j < n; ++j)
-                    pdSums[j] = 0.0;
-                for (int k = i; k < m; ++k) {
-                    const double* pdRow = a[k];
-                    const double dAki = pdRow[i];
+                if (l < n) {
                     for (int j = l; j < n; ++j)
-                        pdSums[j] += dAki * pdRow[j];
+                        pdSums[j] = 0.0;
+                    for (int k = i; k < m; ++k) {
+                        const double* pdRow = a[k];
+                        const double dAki = pdRow[i];
+                        for (int j = l; j < n; ++j)
+                            pdSums[j] += dAki * pdRow[j];
+                    }
                 }
                 for (int j = l; j < n; ++j)
                     pdFactors[j] = pdSums[j] / h;
@@ -271,37 +274,60 @@ void GolubReinsch(double** a, int m, int n, double* w, double** v, double* rv1) 
         }
     }
 
-    // Stage 3: accumulation of the left-hand transformations.
-    for (int i = (m < n ? m : n) - 1; i >= 0; --i) {
-        const int l = i + 1;
-        g = w[i];
-        double* pdRowI = a[i];
-        for (int j = l; j < n; ++j)
-            pdRowI[j] = 0.0;
-        if (Negligible(g)) {
-            for (int j = i; j < m; ++j)
-                a[j][i] = 0.0;
-        } else {
-            g = 1.0 / g;
+    // Stage 3: accumulation of the left-hand transformations. The pass that updates the rows
+    // below i also gathers the dot products of step i - 1, which read exactly those rows.
+    {
+        std::vector<double> nextSums(static_cast<std::size_t>(n));
+        double* pdNextSums = nextSums.data();
+        bool bSumsReady = false;  // pdSums already holds the dot products of this step
+        for (int i = (m < n ? m : n) - 1; i >= 0; --i) {
+            const int l = i + 1;
+            g = w[i];
+            double* pdRowI = a[i];
             for (int j = l; j < n; ++j)
-                pdSums[j] = 0.0;
-            for (int k = l; k < m; ++k) {
-                const double* pdRow = a[k];
-                const double dAki = pdRow[i];
+                pdRowI[j] = 0.0;
+            const bool bZero = Negligible(g);
+            if (!bZero) {
+                g = 1.0 / g;
+                if (!bSumsReady && l < n) {
+                    for (int j = l; j < n; ++j)
+                        pdSums[j] = 0.0;
+                    for (int k = l; k < m; ++k) {
+                        const double* pdRow = a[k];
+                        const double dAki = pdRow[i];
+                        for (int j = l; j < n; ++j)
+                            pdSums[j] += dAki * pdRow[j];
+                    }
+                }
                 for (int j = l; j < n; ++j)
-                    pdSums[j] += dAki * pdRow[j];
+                    pdFactors[j] = (pdSums[j] / pdRowI[i]) * g;
             }
-            for (int j = l; j < n; ++j)
-                pdFactors[j] = (pdSums[j] / pdRowI[i]) * g;
+            // Step i - 1 needs its dot products only when its w is not negligible.
+            const bool bGatherNext = i > 0 && !Negligible(w[i - 1]);
+            if (bGatherNext) {
+                for (int j = i; j < n; ++j)
+                    pdNextSums[j] = 0.0;
+            }
             for (int k = i; k < m; ++k) {
                 double* pdRow = a[k];
-                const double dAki = pdRow[i];
-                for (int j = l; j < n; ++j)
-                    pdRow[j] += pdFactors[j] * dAki;
-                pdRow[i] = dAki * g;
+                if (bZero) {
+                    pdRow[i] = 0.0;
+                } else {
+                    const double dAki = pdRow[i];
+                    for (int j = l; j < n; ++j)
+                        pdRow[j] += pdFactors[j] * dAki;
+                    pdRow[i] = dAki * g;
+                }
+                if (k == i) pdRow[i] += 1.0;
+                if (bGatherNext) {
+                    const double dAkPrev = pdRow[i - 1];
+                    for (int j = i; j < n; ++j)
+                        pdNextSums[j] += dAkPrev * pdRow[j];
+                }
             }
+            std::swap(pdSums, pdNextSums);
+            bSumsReady = bGatherNext;
         }
-        pdRowI[i] += 1.0;
     }
 
     // Stage 4: diagonalisation of the bidiagonal form by implicitly shifted QR.
