@@ -236,6 +236,37 @@ TEST(LinearEquSys, NonNegativeLeastSquaresOfAZeroRightSideStopsAtZero) {
                                                  "CNuLinearEquSys::Solve()");
 }
 
+// With a zero length tolerance, rounding noise in the dual can admit a column whose subproblem
+// solution is not positive; it is dropped at once and readmitted, for ever. The iteration stops
+// when it meets a state it has been in before.
+TEST(LinearEquSys, NonNegativeLeastSquaresStopsWhereItsIterationWouldCycle) {
+    const double aRows[3][4] = {
+        {0x1.af6ff556d2b28p-2, 0x1.0d3162bc747ecp-2, -0x1.2e4623b84066p-5, 0x1.af6ff556d2b3p-2},
+        {-0x1.70e9f26e6aa44p-3, 0x1.0227031096768p-1, -0x1.9447818c1d423p-1, -0x1.70e9f26e6aa4bp-3},
+        {-0x1.bedf58a0e391p-1, -0x1.42062ffa63ff6p-1, 0x1.5868abd40b3ap-1, -0x1.bedf58a0e3919p-1}};
+    const double aB[3] = {0x1.af6ff556d2edbp-3, -0x1.70e9f26e69c13p-4, -0x1.bedf58a0e3d7dp-2};
+    CNuMatrix A(3, 4);
+    CNuVector b(3);
+    for (int i = 0; i < 3; ++i) {
+        for (int j = 0; j < 4; ++j)
+            A.GetData()[i][j] = aRows[i][j];
+        b[i] = aB[i];
+    }
+    const double dSaved = NuGetLengthTol();
+    NuSetLengthTol(0.0);
+    CNuLinearEquSys system;
+    system.SetNonnegative();
+    system.Solve(A, b);
+    NuSetLengthTol(dSaved);
+    ASSERT_EQ(system.SolutionExists(), eNuTrue);
+    CNuVector x = system.GetSolution();
+    Eigen::VectorXd r = test::ToEigen(b) - test::ToEigen(A) * test::ToEigen(x);
+    for (int j = 0; j < 4; ++j)
+        EXPECT_GE(x[j], 0.0) << "x[" << j << "]";
+    // b is half of column 0 plus a trace of column 1: the fit is all but exact.
+    EXPECT_LT(r.norm(), 1e-12) << "residual";
+}
+
 TEST(LinearEquSys, ModesActOnlyInTheirKindOfSystem) {
     test::Random rng;
     CNuMatrix A = WellConditioned(rng, 4);
