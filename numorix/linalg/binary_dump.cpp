@@ -36,6 +36,9 @@ void OpenForWriting(std::ofstream& out, const char* pszFileName, const char* psz
         out.setstate(std::ios::failbit);
     }
     out.write(pszMagic, kMagicSize);
+    // Push the magic through the buffer, so that a file that opens but refuses data (a full
+    // device) shows it here rather than silently at close.
+    if (out.good()) out.flush();
     if (out.bad()) {
         throw CNuOperationException(kCauseWrite, "Read only file.. Unable to write into file",
                                     pszClass);
