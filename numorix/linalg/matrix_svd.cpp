@@ -125,6 +125,197 @@ class CRotationQueue {
     std::vector<SOp> m_ops;
 };
 
+// Row passes of the kernel. Each keeps its running sums in locals (registers), accumulated from
+// 0.0 in ascending row order. Where the number of columns a pass touches is small (the tall
+// matrices of point-set fits have three), a fixed-width version keeps whole rows in registers;
+// kDynamic selects the general loops.
+constexpr int kDynamic = -1;
+constexpr int kMaxFixedWidth = 4;
+
+// Sum of |a[k][c]| for k in [k0, m).
+double ColumnAbsSum(double* const* a, int k0, int m, int c) {
+    double dSum = 0.0;
+    for (int k = k0; k < m; ++k)
+        dSum += std::fabs(a[k][c]);
+    return dSum;
+}
+
+// a[k][c] /= dScale for k in [k0, m), returning the sum of the squares of the results.
+double ScaleColumnAndSumSquares(double* const* a, int k0, int m, int c, double dScale) {
+    double dSum = 0.0;
+    for (int k = k0; k < m; ++k) {
+        double* p = a[k] + c;
+        *p /= dScale;
+        dSum += *p * *p;
+    }
+    return dSum;
+}
+
+// pdSums[j] = sum over k in [k0, m) of a[k][c] a[k][j], for j in [l, l + nWidth).
+template <int kWidth>
+void ColumnDotsFixed(double* const* a, int k0, int m, int c, int l, double* pdSums) {
+    double adAcc[kWidth];
+    for (int t = 0; t < kWidth; ++t)
+        adAcc[t] = 0.0;
+    for (int k = k0; k < m; ++k) {
+        const double* pdRow = a[k];
+        const double dAkc = pdRow[c];
+        for (int t = 0; t < kWidth; ++t)
+            adAcc[t] += dAkc * pdRow[l + t];
+    }
+    for (int t = 0; t < kWidth; ++t)
+        pdSums[l + t] = adAcc[t];
+}
+
+void ColumnDots(double* const* a, int k0, int m, int c, int l, int n, double* pdSums) {
+    switch (n - l) {
+        case 0:
+            return;
+        case 1:
+            ColumnDotsFixed<1>(a, k0, m, c, l, pdSums);
+            return;
+        case 2:
+            ColumnDotsFixed<2>(a, k0, m, c, l, pdSums);
+            return;
+        case 3:
+            ColumnDotsFixed<3>(a, k0, m, c, l, pdSums);
+            return;
+        case 4:
+            ColumnDotsFixed<4>(a, k0, m, c, l, pdSums);
+            return;
+        default:
+            break;
+    }
+    for (int j = l; j < n; ++j)
+        pdSums[j] = 0.0;
+    for (int k = k0; k < m; ++k) {
+        const double* pdRow = a[k];
+        const double dAkc = pdRow[c];
+        for (int j = l; j < n; ++j)
+            pdSums[j] += dAkc * pdRow[j];
+    }
+}
+
+// What the shared pass of reduction step i does to each row j below i.
+struct SSharedPass {
+    int i;
+    int l;
+    int n;
+    bool bColumn;  // a[j][k] += factor[k] a[j][i] (k >= l), then a[j][i] *= dColumnScale
+    const double* pdFactors;
+    double dColumnScale;
+    bool bRow;  // s = a[j][l..] . a[i][l..], then a[j][k] += s rv1[k] (k >= l)
+    const double* pdRowI;
+    const double* pdRv1;
+    bool bNextScale;  // return the sum of |a[j][l]|
+};
+
+template <int kWidth>
+double SharedPassRows(double* const* a, int j0, int m, const SSharedPass& p) {
+    const int nWidth = kWidth >= 0 ? kWidth : p.n - p.l;
+    const int l = p.l;
+    const int i = p.i;
+    double dNextScale = 0.0;
+    for (int j = j0; j < m; ++j) {
+        double* pdRow = a[j];
+        if (p.bColumn) {
+            const double dAji = pdRow[i];
+            for (int t = 0; t < nWidth; ++t)
+                pdRow[l + t] += p.pdFactors[l + t] * dAji;
+            pdRow[i] = dAji * p.dColumnScale;
+        }
+        if (p.bRow) {
+            double dDot = 0.0;
+            for (int t = 0; t < nWidth; ++t)
+                dDot += pdRow[l + t] * p.pdRowI[l + t];
+            for (int t = 0; t < nWidth; ++t)
+                pdRow[l + t] += dDot * p.pdRv1[l + t];
+        }
+        if (p.bNextScale) dNextScale += std::fabs(pdRow[l]);
+    }
+    return dNextScale;
+}
+
+double SharedPass(double* const* a, int j0, int m, const SSharedPass& p) {
+    switch (p.n - p.l) {
+        case 0:
+            return SharedPassRows<0>(a, j0, m, p);
+        case 1:
+            return SharedPassRows<1>(a, j0, m, p);
+        case 2:
+            return SharedPassRows<2>(a, j0, m, p);
+        case 3:
+            return SharedPassRows<3>(a, j0, m, p);
+        case 4:
+            return SharedPassRows<4>(a, j0, m, p);
+        default:
+            return SharedPassRows<kDynamic>(a, j0, m, p);
+    }
+}
+
+// The update pass of left-hand step i over rows [i, m): the zero branch clears a[k][i]; otherwise
+// a[k][j] += factor[j] a[k][i] (j >= l) and a[k][i] *= g; row i then gets its 1.0 added. With
+// bGather it also forms the dot products of step i - 1, sums over the same rows of
+// a[k][i - 1] a[k][j] for j >= i.
+template <int kWidth>
+void LeftUpdateRows(double* const* a, int i, int m, int n, bool bZero, double g,
+                    const double* pdFactors, bool bGather, double* pdNextSums) {
+    const int l = i + 1;
+    const int nWidth = kWidth >= 0 ? kWidth : n - l;
+    double adAcc[kWidth >= 0 ? kWidth + 1 : 1] = {};
+    if (kWidth == kDynamic && bGather) {
+        for (int j = i; j < n; ++j)
+            pdNextSums[j] = 0.0;
+    }
+    for (int k = i; k < m; ++k) {
+        double* pdRow = a[k];
+        if (bZero) {
+            pdRow[i] = 0.0;
+        } else {
+            const double dAki = pdRow[i];
+            for (int t = 0; t < nWidth; ++t)
+                pdRow[l + t] += pdFactors[l + t] * dAki;
+            pdRow[i] = dAki * g;
+        }
+        if (k == i) pdRow[i] += 1.0;
+        if (bGather) {
+            const double dAkPrev = pdRow[i - 1];
+            if (kWidth != kDynamic) {
+                for (int t = 0; t <= nWidth; ++t)
+                    adAcc[t] += dAkPrev * pdRow[i + t];
+            } else {
+                for (int j = i; j < n; ++j)
+                    pdNextSums[j] += dAkPrev * pdRow[j];
+            }
+        }
+    }
+    if (kWidth != kDynamic && bGather) {
+        for (int t = 0; t <= nWidth; ++t)
+            pdNextSums[i + t] = adAcc[t];
+    }
+}
+
+void LeftUpdate(double* const* a, int i, int m, int n, bool bZero, double g,
+                const double* pdFactors, bool bGather, double* pdNextSums) {
+    switch (n - i - 1) {
+        case 0:
+            LeftUpdateRows<0>(a, i, m, n, bZero, g, pdFactors, bGather, pdNextSums);
+            return;
+        case 1:
+            LeftUpdateRows<1>(a, i, m, n, bZero, g, pdFactors, bGather, pdNextSums);
+            return;
+        case 2:
+            LeftUpdateRows<2>(a, i, m, n, bZero, g, pdFactors, bGather, pdNextSums);
+            return;
+        case 3:
+            LeftUpdateRows<3>(a, i, m, n, bZero, g, pdFactors, bGather, pdNextSums);
+            return;
+        default:
+            LeftUpdateRows<kDynamic>(a, i, m, n, bZero, g, pdFactors, bGather, pdNextSums);
+            return;
+    }
+}
+
 // Golub-Reinsch on the m by n rows behind a, which become U. w (n entries) receives the singular
 // values, v (n by n rows, zero on entry) the right singular vectors, rv1 (n entries) is work.
 void GolubReinsch(double** a, int m, int n, double* w, double** v, double* rv1) {
@@ -138,9 +329,8 @@ void GolubReinsch(double** a, int m, int n, double* w, double** v, double* rv1) 
     double scale = 0.0;
     double anorm = 0.0;
     double s = 0.0;
-    double dNextColumnScale = 0.0;  // sum of |a[k][i]|, k >= i, gathered by the previous pass
-    for (int k = 0; k < m; ++k)
-        dNextColumnScale += std::fabs(a[k][0]);
+    // Sum of |a[k][i]|, k >= i, gathered by the previous pass.
+    double dNextColumnScale = ColumnAbsSum(a, 0, m, 0);
 
     for (int i = 0; i < n; ++i) {
         const int l = i + 1;
@@ -151,24 +341,12 @@ void GolubReinsch(double** a, int m, int n, double* w, double** v, double* rv1) 
         if (i < m) {
             scale = dNextColumnScale;
             if (!Negligible(scale)) {
-                for (int k = i; k < m; ++k) {
-                    a[k][i] /= scale;
-                    s += a[k][i] * a[k][i];
-                }
+                s = ScaleColumnAndSumSquares(a, i, m, i, scale);
                 double f = a[i][i];
                 g = -WithSignOf(std::sqrt(s), f);
                 const double h = f * g - s;
                 a[i][i] = f - g;
-                if (l < n) {
-                    for (int j = l; j < n; ++j)
-                        pdSums[j] = 0.0;
-                    for (int k = i; k < m; ++k) {
-                        const double* pdRow = a[k];
-                        const double dAki = pdRow[i];
-                        for (int j = l; j < n; ++j)
-                            pdSums[j] += dAki * pdRow[j];
-                    }
-                }
+                ColumnDots(a, i, m, i, l, n, pdSums);
                 for (int j = l; j < n; ++j)
                     pdFactors[j] = pdSums[j] / h;
                 // Row i now; the rows below follow in the shared pass.
@@ -213,24 +391,9 @@ void GolubReinsch(double** a, int m, int n, double* w, double** v, double* rv1) 
         const bool bNextScale = l < n && l < m;
         dNextColumnScale = 0.0;
         if (bColumnPending || bRowPending || bNextScale) {
-            const double* pdRowI = a[i];
-            for (int j = l; j < m; ++j) {
-                double* pdRow = a[j];
-                if (bColumnPending) {
-                    const double dAji = pdRow[i];
-                    for (int k = l; k < n; ++k)
-                        pdRow[k] += pdFactors[k] * dAji;
-                    pdRow[i] = dAji * dColumnScale;
-                }
-                if (bRowPending) {
-                    double dDot = 0.0;
-                    for (int k = l; k < n; ++k)
-                        dDot += pdRow[k] * pdRowI[k];
-                    for (int k = l; k < n; ++k)
-                        pdRow[k] += dDot * rv1[k];
-                }
-                if (bNextScale) dNextColumnScale += std::fabs(pdRow[l]);
-            }
+            SSharedPass pass{i,           l,    n,   bColumnPending, pdFactors, dColumnScale,
+                             bRowPending, a[i], rv1, bNextScale};
+            dNextColumnScale = SharedPass(a, l, m, pass);
         }
         if (bRowPending) {
             double* pdRowI = a[i];
@@ -289,42 +452,13 @@ void GolubReinsch(double** a, int m, int n, double* w, double** v, double* rv1) 
             const bool bZero = Negligible(g);
             if (!bZero) {
                 g = 1.0 / g;
-                if (!bSumsReady && l < n) {
-                    for (int j = l; j < n; ++j)
-                        pdSums[j] = 0.0;
-                    for (int k = l; k < m; ++k) {
-                        const double* pdRow = a[k];
-                        const double dAki = pdRow[i];
-                        for (int j = l; j < n; ++j)
-                            pdSums[j] += dAki * pdRow[j];
-                    }
-                }
+                if (!bSumsReady) ColumnDots(a, l, m, i, l, n, pdSums);
                 for (int j = l; j < n; ++j)
                     pdFactors[j] = (pdSums[j] / pdRowI[i]) * g;
             }
             // Step i - 1 needs its dot products only when its w is not negligible.
             const bool bGatherNext = i > 0 && !Negligible(w[i - 1]);
-            if (bGatherNext) {
-                for (int j = i; j < n; ++j)
-                    pdNextSums[j] = 0.0;
-            }
-            for (int k = i; k < m; ++k) {
-                double* pdRow = a[k];
-                if (bZero) {
-                    pdRow[i] = 0.0;
-                } else {
-                    const double dAki = pdRow[i];
-                    for (int j = l; j < n; ++j)
-                        pdRow[j] += pdFactors[j] * dAki;
-                    pdRow[i] = dAki * g;
-                }
-                if (k == i) pdRow[i] += 1.0;
-                if (bGatherNext) {
-                    const double dAkPrev = pdRow[i - 1];
-                    for (int j = i; j < n; ++j)
-                        pdNextSums[j] += dAkPrev * pdRow[j];
-                }
-            }
+            LeftUpdate(a, i, m, n, bZero, g, pdFactors, bGatherNext, pdNextSums);
             std::swap(pdSums, pdNextSums);
             bSumsReady = bGatherNext;
         }

@@ -473,8 +473,9 @@ void ExpectBitIdenticalToTextbook(const CNuMatrix& A, const char* pszWhat) {
 
 TEST(Svd, IsBitIdenticalToTheTextbookLoopOrder) {
     test::Random rng;
-    const int aShapes[][2] = {{1, 1},   {1, 5},   {5, 1},   {3, 3},   {4, 7},  {7, 4},
-                              {25, 25}, {60, 13}, {13, 60}, {300, 3}, {90, 90}};
+    const int aShapes[][2] = {{1, 1},   {1, 5},   {5, 1},   {3, 3},   {4, 7},
+                              {7, 4},   {25, 25}, {60, 13}, {13, 60}, {300, 2},
+                              {300, 3}, {300, 4}, {200, 5}, {200, 6}, {90, 90}};
     for (const auto& shape : aShapes) {
         ExpectBitIdenticalToTextbook(test::RandomMatrix(rng, shape[0], shape[1]), "random");
     }
