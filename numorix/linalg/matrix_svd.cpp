@@ -44,12 +44,17 @@ inline bool NegligibleBeside(double d, double dNorm) {
 
 // A queue of plane rotations on pairs of columns of a row-pointer matrix. Each row receives the
 // queued operations in the order in which they were added; since every operation acts within a
-// row, applying them row by row gives each element exactly the arithmetic of applying them one
-// at a time down the columns.
+// row, applying them block by block of rows gives each element exactly the arithmetic of applying
+// them one at a time down the columns. A block of rows is copied into a column-major tile so that
+// each rotation runs over contiguous data.
 class CRotationQueue {
   public:
-    CRotationQueue(double** ppdRows, int nRows) : m_ppdRows(ppdRows), m_nRows(nRows) {
+    CRotationQueue(double** ppdRows, int nRows, int nColumns)
+        : m_ppdRows(ppdRows), m_nRows(nRows), m_nColumns(nColumns) {
         m_ops.reserve(kCapacity);
+        // Rows per tile: the tile stays within the first-level cache.
+        int nBlock = kTileDoubles / (nColumns > 0 ? nColumns : 1);
+        m_nBlock = nBlock < kMinBlock ? kMinBlock : (nBlock > kMaxBlock ? kMaxBlock : nBlock);
     }
 
     // (r[j1], r[j2]) <- (r[j1] c + r[j2] s, r[j2] c - r[j1] s) for every row r.
@@ -66,39 +71,41 @@ class CRotationQueue {
 
     void Flush() {
         if (m_ops.empty()) return;
+        const int nCols = m_nColumns;
+        const int nBlock = m_nBlock;
+        m_tile.resize(static_cast<std::size_t>(nCols) * static_cast<std::size_t>(nBlock));
+        double* pdTile = m_tile.data();
         const SOp* pOps = m_ops.data();
         const std::size_t nOps = m_ops.size();
-        int r = 0;
-        // Four rows at a time, so that the dependent chain of one row overlaps the others.
-        for (; r + 4 <= m_nRows; r += 4) {
-            double* p0 = m_ppdRows[r];
-            double* p1 = m_ppdRows[r + 1];
-            double* p2 = m_ppdRows[r + 2];
-            double* p3 = m_ppdRows[r + 3];
+        for (int r0 = 0; r0 < m_nRows; r0 += nBlock) {
+            const int nb = m_nRows - r0 < nBlock ? m_nRows - r0 : nBlock;
+            for (int t = 0; t < nb; ++t) {
+                const double* p = m_ppdRows[r0 + t];
+                for (int j = 0; j < nCols; ++j)
+                    pdTile[j * nBlock + t] = p[j];
+            }
             for (std::size_t k = 0; k < nOps; ++k) {
                 const SOp& op = pOps[k];
+                double* __restrict pdY = pdTile + op.j1 * nBlock;
                 if (op.j2 < 0) {
-                    p0[op.j1] = -p0[op.j1];
-                    p1[op.j1] = -p1[op.j1];
-                    p2[op.j1] = -p2[op.j1];
-                    p3[op.j1] = -p3[op.j1];
+                    for (int t = 0; t < nb; ++t)
+                        pdY[t] = -pdY[t];
                     continue;
                 }
-                Apply(p0, op);
-                Apply(p1, op);
-                Apply(p2, op);
-                Apply(p3, op);
-            }
-        }
-        for (; r < m_nRows; ++r) {
-            double* p = m_ppdRows[r];
-            for (std::size_t k = 0; k < nOps; ++k) {
-                const SOp& op = pOps[k];
-                if (op.j2 < 0) {
-                    p[op.j1] = -p[op.j1];
-                } else {
-                    Apply(p, op);
+                double* __restrict pdZ = pdTile + op.j2 * nBlock;
+                const double c = op.c;
+                const double s = op.s;
+                for (int t = 0; t < nb; ++t) {
+                    const double y = pdY[t];
+                    const double z = pdZ[t];
+                    pdY[t] = y * c + z * s;
+                    pdZ[t] = z * c - y * s;
                 }
+            }
+            for (int t = 0; t < nb; ++t) {
+                double* p = m_ppdRows[r0 + t];
+                for (int j = 0; j < nCols; ++j)
+                    p[j] = pdTile[j * nBlock + t];
             }
         }
         m_ops.clear();
@@ -112,17 +119,16 @@ class CRotationQueue {
         double s;
     };
     static constexpr std::size_t kCapacity = 4096;
-
-    static inline void Apply(double* p, const SOp& op) {
-        const double y = p[op.j1];
-        const double z = p[op.j2];
-        p[op.j1] = y * op.c + z * op.s;
-        p[op.j2] = z * op.c - y * op.s;
-    }
+    static constexpr int kTileDoubles = 3072;  // 24 KiB
+    static constexpr int kMinBlock = 8;
+    static constexpr int kMaxBlock = 128;
 
     double** m_ppdRows;
     int m_nRows;
+    int m_nColumns;
+    int m_nBlock;
     std::vector<SOp> m_ops;
+    std::vector<double> m_tile;
 };
 
 // Row passes of the kernel. Each keeps its running sums in locals (registers), accumulated from
@@ -465,8 +471,8 @@ void GolubReinsch(double** a, int m, int n, double* w, double** v, double* rv1) 
     }
 
     // Stage 4: diagonalisation of the bidiagonal form by implicitly shifted QR.
-    CRotationQueue rotateU(a, m);
-    CRotationQueue rotateV(v, n);
+    CRotationQueue rotateU(a, m, n);
+    CRotationQueue rotateV(v, n, n);
     for (int k = n - 1; k >= 0; --k) {
         for (int its = 1;; ++its) {
             bool bCancel = true;
