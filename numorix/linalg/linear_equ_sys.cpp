@@ -250,6 +250,10 @@ void CNuLinearEquSys::SetRightHandSide(const CNuVector& b) {
         throw CNuOperationException(kCauseEquationUndefined, kSolving, kRightHandSideLocation);
     }
     if (m_nLeastSquares != 0) {
+        // A decomposition that failed part way kept its factors but no singular values.
+        if (m_pSingularValues == nullptr || m_pRightVectors == nullptr) {
+            throw CNuOperationException(kCauseEquationUndefined, kSolving, kRightHandSideLocation);
+        }
         if (m_pSolution == nullptr) m_pSolution = new CNuVector(m_pFactors->GetColumnSize());
         SVDbksb(b);
         return;

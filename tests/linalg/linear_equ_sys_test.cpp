@@ -267,6 +267,25 @@ TEST(LinearEquSys, NonNegativeLeastSquaresStopsWhereItsIterationWouldCycle) {
     EXPECT_LT(r.norm(), 1e-12) << "residual";
 }
 
+TEST(LinearEquSys, AFailedDecompositionLeavesNothingToSubstituteInto) {
+    CNuMatrix A(4, 3);
+    for (int i = 0; i < 4; ++i)
+        for (int j = 0; j < 3; ++j)
+            A.GetData()[i][j] = i == j ? 1.0 : 0.5;
+    A.GetData()[0][0] = std::numeric_limits<double>::quiet_NaN();
+    CNuVector b(4);
+    CNuLinearEquSys system;
+    try {
+        system.Solve(A, b);
+        ADD_FAILURE() << "a NaN should stop the decomposition";
+    } catch (const CNuOperationException& e) {
+        EXPECT_TRUE(e.m_nCause == 103 || e.m_nCause == 146) << test::MessageOf(e);
+    }
+    test::ExpectNuFailure<CNuOperationException>([&] { system.SetRightHandSide(b); }, 117,
+                                                 "solving a set of equations",
+                                                 "CNuLinearEquSys::SetRightHandSide()");
+}
+
 TEST(LinearEquSys, ModesActOnlyInTheirKindOfSystem) {
     test::Random rng;
     CNuMatrix A = WellConditioned(rng, 4);
