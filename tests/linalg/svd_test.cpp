@@ -486,6 +486,17 @@ TEST(Svd, IsBitIdenticalToTheTextbookLoopOrder) {
         B.GetData()[i][5] = 0.0;
     }
     ExpectBitIdenticalToTextbook(B, "rank-deficient");
+    // Zero columns skip the column step while the row step still runs, and the reverse.
+    for (int nZero : {0, 1}) {
+        CNuMatrix C = test::RandomMatrix(rng, 40, 4);
+        for (int i = 0; i < 40; ++i)
+            C.GetData()[i][nZero] = 0.0;
+        ExpectBitIdenticalToTextbook(C, "zero column");
+    }
+    CNuMatrix D = test::RandomMatrix(rng, 30, 5);
+    for (int j = 1; j < 5; ++j)
+        D.GetData()[0][j] = 0.0;
+    ExpectBitIdenticalToTextbook(D, "zero first row tail");
     CNuMatrix Z(3, 4);
     Z.GetData()[1][2] = 1.0;
     ExpectBitIdenticalToTextbook(Z, "sparse");
