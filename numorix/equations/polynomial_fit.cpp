@@ -6,6 +6,7 @@
 #include "numorix/equations/polynomial.h"
 #include "numorix/foundation/exception.h"
 #include "numorix/foundation/tolerance.h"
+#include "numorix/linalg/linear_equ_sys.h"
 #include "numorix/linalg/matrix.h"
 #include "numorix/linalg/vector.h"
 
@@ -17,26 +18,6 @@ namespace {
 // coefficients below it in magnitude are set to zero: the power basis is ill-conditioned, and
 // the decomposition's own cut at NuGetTol() keeps directions that are noise.
 constexpr double kFitCut = 1e-10;
-
-// x = V diag(1/w) U^T b over the columns whose w is not exactly zero. U is m by n, V n by n.
-void SolveSingular(const double* const* ppdU, const double* pdW, const double* const* ppdV, int m,
-                   int n, const double* pdB, double* pdT, double* pdX) {
-    for (int j = 0; j < n; ++j) {
-        double dSum = 0.0;
-        if (pdW[j] != 0.0) {
-            for (int i = 0; i < m; ++i)
-                dSum += ppdU[i][j] * pdB[i];
-            dSum /= pdW[j];
-        }
-        pdT[j] = dSum;
-    }
-    for (int j = 0; j < n; ++j) {
-        double dSum = 0.0;
-        for (int k = 0; k < n; ++k)
-            dSum += ppdV[j][k] * pdT[k];
-        pdX[j] = dSum;
-    }
-}
 
 }  // namespace
 
@@ -79,9 +60,11 @@ void CNuPolynomial::Fit(const CNuDoubleArray& x, const CNuDoubleArray& y, double
         if (pdW[j] < dThreshold) pdW[j] = 0.0;
     }
 
-    CNuVector t(n);
+    CNuVector b(m);
+    for (int i = 0; i < m; ++i)
+        b[i] = pdY[i];
     CNuVector solution(n);
-    SolveSingular(design.GetData(), pdW, v.GetData(), m, n, pdY, t.GetData(), solution.GetData());
+    CNuLinearEquSys::SingularBackSubstitution(design, w, v, b, &solution);
 
     double* pdNew = new (std::nothrow) double[static_cast<std::size_t>(n)];
     if (pdNew == nullptr) throw CNuMemoryException("CNuPolynomial()");
