@@ -2,6 +2,11 @@
 #ifndef NUMORIX_NUMORIX_H
 #define NUMORIX_NUMORIX_H
 
+#include "numorix/complex/complex.h"
+#include "numorix/complex/complex_array.h"
+#include "numorix/equations/alg_equ.h"
+#include "numorix/equations/interval.h"
+#include "numorix/equations/polynomial.h"
 #include "numorix/foundation/double_array.h"
 #include "numorix/foundation/exception.h"
 #include "numorix/foundation/int_array.h"
