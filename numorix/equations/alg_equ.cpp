@@ -12,6 +12,22 @@ namespace numorix {
 
 namespace {
 
+// The square roots of one of Ferrari's quadratic factors. A factor that is exactly zero, which a
+// double root of the quartic produces, has the single root 0, so that it contributes a double
+// root; a factor that is not finite (from non-finite coefficients) gives a single root that is
+// not a number. The solver thereby keeps its promise of no failure beyond allocation.
+CNuComplexArray FactorRoots(const CNuComplex& factor) {
+    const double re = factor.Real();
+    const double im = factor.Imaginary();
+    if ((re == 0.0 && im == 0.0) || !std::isfinite(re) || !std::isfinite(im)) {
+        const double dRoot = (re == 0.0 && im == 0.0) ? 0.0 : std::nan("");
+        CNuComplexArray single(1);
+        single.Add(CNuComplex(dRoot, dRoot));
+        return single;
+    }
+    return factor.Roots(2);
+}
+
 // Laguerre's iteration: at most this many steps, and every tenth step is shortened by the next
 // fraction of the table, which breaks the limit cycles of the plain method.
 constexpr int kLaguerreIterations = 80;
@@ -499,8 +515,8 @@ void CNuAlgEqu::SolveQuartic(const double* pdC) {
     }
     const CNuComplex d2 = dA + dB;
     const CNuComplex e2 = dA - dB;
-    const CNuComplex dRoot = d2.Roots(2)[0];
-    CNuComplexArray eRoots = e2.Roots(2);
+    const CNuComplex dRoot = FactorRoots(d2)[0];
+    CNuComplexArray eRoots = FactorRoots(e2);
     CNuComplex eRoot = eRoots[0];
     if (eRoots.GetSize() > 1) {
         double d0 = std::fabs(eRoots[0].Imaginary() - dRoot.Imaginary());
