@@ -13,6 +13,7 @@
 namespace numorix {
 
 class CNuIntArray;
+class CNuVector;
 namespace internal {
 template <class T>
 struct ArrayRef;
@@ -60,6 +61,9 @@ class CNuDoubleArray {
     void Sort();
     void Sort(CNuIntArray* pIndex) const;
     double Sum() const;
+    // The elements as a vector; an empty array has none to give. Defined with the vector, so
+    // that the foundation does not depend on linear algebra.
+    CNuVector ToVector() const;
 
   private:
     internal::ArrayRef<double> Ref() const;
