@@ -193,15 +193,11 @@ TEST(ConvexHull, HandlesDegenerateSetsWithoutAngularOrder) {
     EXPECT_EQ(Hull(Planar({{1, 0}, {1, 3}, {1, -2}, {1, 1}})), (std::vector<int>{1, 2}));
     // All on a sloped line: the extremes in x, the rightmost first.
     EXPECT_EQ(Hull(Planar({{0, 0}, {1, 1}, {3, 3}, {2, 2}})), (std::vector<int>{2, 0}));
-}
-
-TEST(ConvexHull, HandsOverTheWorkArrayWithItsCapacity) {
-    CNuPointArray points = Planar({{0, 0}, {2, 0}, {1, 1}, {1, 0.2}, {1, 0.3}});
+    // The result is the work array, handed over with its capacity.
     CNuIntArray hull;
-    points.ConvexHull(&hull);
+    Planar({{0, 0}, {2, 0}, {1, 1}, {1, 0.2}, {1, 0.3}}).ConvexHull(&hull);
     EXPECT_EQ(hull.GetSize(), 3);
     EXPECT_EQ(hull.GetCapacity(), 5);
-    points.ConvexHull(nullptr);
 }
 
 TEST(ConvexHull, RefusesSetsThatAreNotFlatInZ) {
