@@ -232,20 +232,17 @@ double CNuPoint::DistanceTo(const CNuPlane& plane) const {
     return std::fabs(OffsetDot(*this, plane.GetPoint(), plane.GetNormal()));
 }
 
-// Circles, conics, bounded curves and quadric surfaces are measured through their own classes;
-// a tag whose class this build does not carry is refused.
+// Circles are measured in their plane and bounded curves by their own DistanceTo; cylinders,
+// cones and spheres through their axis and radius. Those classes dispatch here by their tag once
+// they are part of the library; until then every tag is refused as unsupported.
 double CNuPoint::DistanceTo(const CNuCurve& curve) const {
-    switch (curve.GetType()) {
-        default:
-            Unsupported("CNuPoint::DistanceTo()");
-    }
+    static_cast<void>(curve.GetType());
+    Unsupported("CNuPoint::DistanceTo()");
 }
 
 double CNuPoint::DistanceTo(const CNuSurface& surface) const {
-    switch (surface.GetType()) {
-        default:
-            Unsupported("CNuPoint::DistanceTo()");
-    }
+    static_cast<void>(surface.GetType());
+    Unsupported("CNuPoint::DistanceTo()");
 }
 
 CNuPoint CNuPoint::ProjectionOn(const CNuLine& line) const { return Foot(*this, line); }
@@ -257,10 +254,8 @@ CNuPoint CNuPoint::ProjectionOn(const CNuPlane& plane) const {
 }
 
 CNuPoint CNuPoint::ProjectionOn(const CNuSurface& surface) const {
-    switch (surface.GetType()) {
-        default:
-            Unsupported("CNuPoint::ProjectionOn(CNuSurface)");
-    }
+    static_cast<void>(surface.GetType());
+    Unsupported("CNuPoint::ProjectionOn(CNuSurface)");
 }
 
 CNuGeometry::ELineSideType CNuPoint::LineSide(const CNuLine& line, double dTol) const {
@@ -275,12 +270,12 @@ CNuGeometry::ELineSideType CNuPoint::LineSide(const CNuLine& line, const CNuVect
     return c.AngleWith(ref) <= 90.0 ? eLineSidePositive : eLineSideNegative;
 }
 
+// Circles and conics are judged in their own plane; those classes are not part of the library
+// yet, so every tag is refused.
 CNuGeometry::ECurveSideType CNuPoint::CurveSide(const CNuGeometry& curve, double dTol) const {
+    static_cast<void>(curve.GetType());
     static_cast<void>(dTol);
-    switch (curve.GetType()) {
-        default:
-            Unsupported("CNuPoint::CurveSide()");
-    }
+    Unsupported("CNuPoint::CurveSide()");
 }
 
 CNuGeometry::ESurfaceSideType CNuPoint::SurfaceSide(const CNuGeometry& surface, double dTol) const {
@@ -292,6 +287,7 @@ CNuGeometry::ESurfaceSideType CNuPoint::SurfaceSide(const CNuGeometry& surface, 
             return dOffset <= 0.0 ? eSurfaceSideInner : eSurfaceSideOuter;
         }
         default:
+            // Cylinders, cones and spheres are not part of the library yet.
             Unsupported("CNuPoint::SurfaceSide()");
     }
 }
