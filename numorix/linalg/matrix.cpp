@@ -69,29 +69,43 @@ void CNuMatrix::Free() {
     }
 }
 
-void CNuMatrix::Init(int nRows, int nColumns) {
-    m_eObjectType = eTypeMatrix;
+namespace {
+
+// Allocates the row-pointer table and one block for all rows; zero-filled when bZero is set.
+double** AllocateRows(int nRows, int nColumns, bool bZero, const char* pszLocation) {
     std::size_t nElements = static_cast<std::size_t>(nRows) * static_cast<std::size_t>(nColumns);
     double** ppTable = new (std::nothrow) double*[static_cast<std::size_t>(nRows)];
-    double* pBlock = ppTable != nullptr ? new (std::nothrow) double[nElements]() : nullptr;
+    double* pBlock = nullptr;
+    if (ppTable != nullptr) {
+        pBlock =
+            bZero ? new (std::nothrow) double[nElements]() : new (std::nothrow) double[nElements];
+    }
     if (pBlock == nullptr) {
         delete[] ppTable;
-        throw CNuMemoryException("CNuMatrix::Init()");
+        throw CNuMemoryException(pszLocation);
     }
     for (int i = 0; i < nRows; ++i) {
         ppTable[i] = pBlock + static_cast<std::size_t>(i) * static_cast<std::size_t>(nColumns);
     }
+    return ppTable;
+}
+
+}  // namespace
+
+void CNuMatrix::Init(int nRows, int nColumns) {
+    m_eObjectType = eTypeMatrix;
+    double** ppTable = AllocateRows(nRows, nColumns, true, "CNuMatrix::Init()");
     m_ppdData = ppTable;
     m_nRows = nRows;
     m_nColumns = nColumns;
 }
 
 void CNuMatrix::Copy(const CNuMatrix& other) {
-    try {
-        Init(other.m_nRows, other.m_nColumns);
-    } catch (const CNuMemoryException&) {
-        throw CNuMemoryException("CNuMatrix::Copy()");
-    }
+    // Every element is overwritten, so the block needs no zero-fill.
+    m_eObjectType = eTypeMatrix;
+    m_ppdData = AllocateRows(other.m_nRows, other.m_nColumns, false, "CNuMatrix::Copy()");
+    m_nRows = other.m_nRows;
+    m_nColumns = other.m_nColumns;
     for (int i = 0; i < m_nRows; ++i) {
         std::memcpy(m_ppdData[i], other.m_ppdData[i],
                     sizeof(double) * static_cast<std::size_t>(m_nColumns));

@@ -1,0 +1,94 @@
+// Helpers of the linear algebra tests: conversions between CNuMatrix / CNuVector and Eigen (the
+// oracle for products and solves), random matrices, and the LAPACK entry points used as oracles.
+#ifndef NUMORIX_TESTS_LINALG_DENSE_HELPERS_H
+#define NUMORIX_TESTS_LINALG_DENSE_HELPERS_H
+
+#include <Eigen/Dense>
+
+#include <vector>
+
+#include "nu_test.h"
+#include "numorix/linalg/matrix.h"
+#include "numorix/linalg/vector.h"
+
+extern "C" {
+void dgesvd_(const char* jobu, const char* jobvt, const int* m, const int* n, double* a,
+             const int* lda, double* s, double* u, const int* ldu, double* vt, const int* ldvt,
+             double* work, const int* lwork, int* info);
+}
+
+namespace numorix {
+namespace test {
+
+inline Eigen::MatrixXd ToEigen(const CNuMatrix& A) {
+    Eigen::MatrixXd E(A.GetRowSize(), A.GetColumnSize());
+    const double* const* ppd = A.GetData();
+    for (int i = 0; i < A.GetRowSize(); ++i)
+        for (int j = 0; j < A.GetColumnSize(); ++j)
+            E(i, j) = ppd[i][j];
+    return E;
+}
+
+inline Eigen::VectorXd ToEigen(const CNuVector& v) {
+    Eigen::VectorXd E(v.GetSize());
+    for (int i = 0; i < v.GetSize(); ++i)
+        E(i) = v.GetData()[i];
+    return E;
+}
+
+inline CNuMatrix FromEigen(const Eigen::MatrixXd& E) {
+    CNuMatrix A(static_cast<int>(E.rows()), static_cast<int>(E.cols()));
+    for (int i = 0; i < A.GetRowSize(); ++i)
+        for (int j = 0; j < A.GetColumnSize(); ++j)
+            A.GetData()[i][j] = E(i, j);
+    return A;
+}
+
+inline CNuVector FromEigen(const Eigen::VectorXd& E) {
+    CNuVector v(static_cast<int>(E.size()));
+    for (int i = 0; i < v.GetSize(); ++i)
+        v.GetData()[i] = E(i);
+    return v;
+}
+
+inline CNuMatrix RandomMatrix(Random& rng, int m, int n, double dLow = -1.0, double dHigh = 1.0) {
+    CNuMatrix A(m, n);
+    for (int i = 0; i < m; ++i)
+        for (int j = 0; j < n; ++j)
+            A.GetData()[i][j] = rng.Uniform(dLow, dHigh);
+    return A;
+}
+
+inline CNuVector RandomVector(Random& rng, int n, double dLow = -1.0, double dHigh = 1.0) {
+    CNuVector v(n);
+    for (int i = 0; i < n; ++i)
+        v.GetData()[i] = rng.Uniform(dLow, dHigh);
+    return v;
+}
+
+// Singular values by LAPACK dgesvd, descending.
+inline std::vector<double> LapackSingularValues(const CNuMatrix& A) {
+    int m = A.GetRowSize();
+    int n = A.GetColumnSize();
+    Eigen::MatrixXd E = ToEigen(A);  // column-major, as LAPACK wants
+    std::vector<double> s(static_cast<std::size_t>(std::min(m, n)));
+    int lda = m;
+    int ldu = 1;
+    int ldvt = 1;
+    int lwork = -1;
+    int info = 0;
+    double dWork = 0.0;
+    dgesvd_("N", "N", &m, &n, E.data(), &lda, s.data(), nullptr, &ldu, nullptr, &ldvt, &dWork,
+            &lwork, &info);
+    lwork = static_cast<int>(dWork);
+    std::vector<double> work(static_cast<std::size_t>(lwork));
+    dgesvd_("N", "N", &m, &n, E.data(), &lda, s.data(), nullptr, &ldu, nullptr, &ldvt, work.data(),
+            &lwork, &info);
+    EXPECT_EQ(info, 0) << "dgesvd failed";
+    return s;
+}
+
+}  // namespace test
+}  // namespace numorix
+
+#endif  // NUMORIX_TESTS_LINALG_DENSE_HELPERS_H
