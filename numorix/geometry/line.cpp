@@ -6,6 +6,7 @@
 #include "numorix/foundation/tolerance.h"
 #include "numorix/geometry/non_linear_geometry.h"
 #include "numorix/geometry/plane.h"
+#include "numorix/linalg/linear_equ_sys.h"
 #include "numorix/linalg/matrix.h"
 
 namespace numorix {
@@ -178,6 +179,22 @@ double CNuLine::DistanceTo(const CNuLine& other) const {
 double CNuLine::DistanceTo(const CNuPlane& plane) const {
     if (IsParallelTo(plane, NuGetDegreeTol()) == eNuFalse) return 0.0;
     return m_point.DistanceTo(plane);
+}
+
+// Least squares for s d1 + t d2 = q2 - q1; the feet are q1 + s d1 and q2 - t d2.
+int CNuLine::IntersectWith(const CNuLine& other, CNuPoint* pPoint) const {
+    if (IsParallelByDegreeTol(other)) return 0;
+    CNuMatrix a(3, 2);
+    a.SetColumnVector(0, m_direction);
+    a.SetColumnVector(1, other.m_direction);
+    CNuLinearEquSys system(1);
+    system.Solve(a, (other.m_point - m_point).To3DVector());
+    CNuVector st = system.GetSolution();
+    CNuPoint onThis = AlongLine(m_point, m_direction, st[0]);
+    CNuPoint onOther = AlongLine(other.m_point, other.m_direction, -st[1]);
+    if (onThis.To3DVector().IsEqual(onOther.To3DVector(), NuGetLengthTol()) == eNuFalse) return 0;
+    if (pPoint != nullptr) *pPoint = onThis.MidPoint(onOther);
+    return 1;
 }
 
 int CNuLine::IntersectWith(const CNuPlane& plane, CNuPoint* pPoint) const {

@@ -84,6 +84,31 @@ TEST(Line, DistancesAndClosestPointsMatchClosedForms) {
     }
 }
 
+TEST(Line, IntersectsCrossingLinesButNotSkewOrParallelOnes) {
+    test::Random rng;
+    for (int k = 0; k < 100; ++k) {
+        CNuPoint common = test::RandomPoint(rng);
+        CNuVector d1 = test::RandomDirection(rng);
+        CNuVector d2 = test::RandomDirection(rng);
+        CNuLine a(common + (d1 * rng.Uniform(-3.0, 3.0)).To3DPoint(), d1);
+        CNuLine b(common - (d2 * rng.Uniform(-3.0, 3.0)).To3DPoint(), d2);
+        CNuPoint p;
+        ASSERT_EQ(a.IntersectWith(b, &p), 1) << "trial " << k;
+        EXPECT_TRUE(PointsNear(p, common, 1e-12)) << "trial " << k;
+        // Lifted off the common plane, the lines are skew and do not meet.
+        CNuVector lift = (d1 * d2) * (1e-9 / (d1 * d2).Magnitude());
+        CNuLine c(b.GetPoint() + lift.To3DPoint(), d2);
+        EXPECT_EQ(a.IntersectWith(c, &p), 0) << "trial " << k;
+    }
+    CNuLine xAxis(CNuPoint(0, 0, 0), CNuVector(1, 0, 0));
+    CNuPoint p(9, 9, 9);
+    EXPECT_EQ(xAxis.IntersectWith(CNuLine(CNuPoint(0, 1, 0), CNuVector(-1, 0, 0)), &p), 0);
+    EXPECT_EQ(xAxis.IntersectWith(CNuLine(CNuPoint(0, 0, 1e-3), CNuVector(0, 1, 0)), &p), 0);
+    EXPECT_EQ(p.x(), 9.0);
+    EXPECT_EQ(xAxis.IntersectWith(CNuLine(CNuPoint(2, -3, 0), CNuVector(0, 1, 0)), &p), 1);
+    EXPECT_TRUE(PointsNear(p, CNuPoint(2, 0, 0), test::kTight));
+}
+
 TEST(Line, MeetsPlanesUnlessParallel) {
     test::Random rng;
     for (int k = 0; k < 100; ++k) {
