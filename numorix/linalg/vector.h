@@ -39,6 +39,8 @@ class CNuVector : public CNuGeometry {
     CNuVector SubVector(int i, int j) const;
     void Homogeneous();
     void NonHomogeneous();
+    // The first three elements of a non-homogeneous copy, as a point.
+    CNuPoint To3DPoint() const;
 
     ENuBoolean IsPositive() const;
     ENuBoolean IsNonNegative() const;

@@ -1,0 +1,322 @@
+#include "numorix/geometry/point.h"
+
+#include <cmath>
+
+#include "numorix/foundation/exception.h"
+#include "numorix/foundation/scalar.h"
+#include "numorix/foundation/tolerance.h"
+#include "numorix/geometry/line.h"
+#include "numorix/geometry/non_linear_geometry.h"
+#include "numorix/geometry/plane.h"
+#include "numorix/linalg/matrix.h"
+#include "numorix/linalg/vector.h"
+
+namespace numorix {
+
+namespace {
+
+// (p - q) . v for a 3-vector v.
+double OffsetDot(const CNuPoint& p, const CNuPoint& q, const CNuVector& v) {
+    const double* pd = v.GetData();
+    return (p.x() - q.x()) * pd[0] + (p.y() - q.y()) * pd[1] + (p.z() - q.z()) * pd[2];
+}
+
+// The foot of p on the line through q along the unit direction d: q + ((p - q) . d) d.
+CNuPoint Foot(const CNuPoint& p, const CNuLine& line) {
+    const CNuPoint& q = line.GetPoint();
+    const double* pd = line.GetDirection().GetData();
+    double t = OffsetDot(p, q, line.GetDirection());
+    return CNuPoint(q.x() + t * pd[0], q.y() + t * pd[1], q.z() + t * pd[2]);
+}
+
+// Each component of (dx, dy, dz) below NuGetZero() in magnitude.
+bool Vanishes(double dx, double dy, double dz) {
+    double dZero = NuGetZero();
+    return std::fabs(dx) < dZero && std::fabs(dy) < dZero && std::fabs(dz) < dZero;
+}
+
+// Curves and surfaces whose classes this build does not carry are refused as unsupported.
+[[noreturn]] void Unsupported(const char* pszLocation) {
+    throw CNuOperationException(45, "calculation", pszLocation);
+}
+
+}  // namespace
+
+CNuPoint::CNuPoint(double x, double y, double z) : m_dX(x), m_dY(y), m_dZ(z) {
+    m_eObjectType = eTypePoint;
+}
+
+CNuPoint::CNuPoint(const CNuPoint& other) = default;
+CNuPoint& CNuPoint::operator=(const CNuPoint& other) = default;
+CNuPoint::~CNuPoint() = default;
+
+void CNuPoint::GetData(double* pdX, double* pdY, double* pdZ) const {
+    if (pdX != nullptr) *pdX = m_dX;
+    if (pdY != nullptr) *pdY = m_dY;
+    if (pdZ != nullptr) *pdZ = m_dZ;
+}
+
+void CNuPoint::Swap(CNuPoint& a, CNuPoint& b) {
+    CNuPoint t(a);
+    a = b;
+    b = t;
+}
+
+CNuPoint::operator CNuVector() const { return CNuVector(m_dX, m_dY, m_dZ); }
+
+CNuVector CNuPoint::To3DVector() const { return CNuVector(m_dX, m_dY, m_dZ); }
+
+CNuVector CNuPoint::To4DVector() const {
+    CNuVector v(4);
+    double* pd = v.GetData();
+    pd[0] = m_dX;
+    pd[1] = m_dY;
+    pd[2] = m_dZ;
+    pd[3] = 1.0;
+    return v;
+}
+
+ENuBoolean CNuPoint::IsZero(double dTol) const {
+    return (dTol > std::fabs(m_dX) && dTol > std::fabs(m_dY) && dTol > std::fabs(m_dZ)) ? eNuTrue
+                                                                                        : eNuFalse;
+}
+
+ENuBoolean CNuPoint::IsEqual(const CNuPoint& other, double dTol) const {
+    return (dTol > std::fabs(m_dX - other.m_dX) && dTol > std::fabs(m_dY - other.m_dY) &&
+            dTol > std::fabs(m_dZ - other.m_dZ))
+               ? eNuTrue
+               : eNuFalse;
+}
+
+CNuPoint CNuPoint::operator+(const CNuPoint& other) const {
+    return CNuPoint(m_dX + other.m_dX, m_dY + other.m_dY, m_dZ + other.m_dZ);
+}
+
+CNuPoint CNuPoint::operator-(const CNuPoint& other) const {
+    return CNuPoint(m_dX - other.m_dX, m_dY - other.m_dY, m_dZ - other.m_dZ);
+}
+
+CNuPoint& CNuPoint::operator+=(const CNuPoint& other) {
+    m_dX += other.m_dX;
+    m_dY += other.m_dY;
+    m_dZ += other.m_dZ;
+    return *this;
+}
+
+CNuPoint& CNuPoint::operator-=(const CNuPoint& other) {
+    m_dX -= other.m_dX;
+    m_dY -= other.m_dY;
+    m_dZ -= other.m_dZ;
+    return *this;
+}
+
+CNuPoint CNuPoint::operator-() const { return CNuPoint(-m_dX, -m_dY, -m_dZ); }
+
+CNuPoint CNuPoint::operator*(double dFactor) const {
+    if (std::fabs(dFactor) > NuGetLarge()) throw CNuOperationException(7, "operator*", "CNuPoint");
+    return CNuPoint(m_dX * dFactor, m_dY * dFactor, m_dZ * dFactor);
+}
+
+CNuPoint& CNuPoint::operator*=(double dFactor) {
+    if (std::fabs(dFactor) > NuGetLarge()) throw CNuOperationException(7, "operator*=", "CNuPoint");
+    m_dX *= dFactor;
+    m_dY *= dFactor;
+    m_dZ *= dFactor;
+    return *this;
+}
+
+CNuPoint CNuPoint::operator/(double dDivisor) const {
+    if (NuGetZero() > std::fabs(dDivisor)) throw CNuOperationException(6, "operator/", "CNuPoint");
+    return CNuPoint(m_dX / dDivisor, m_dY / dDivisor, m_dZ / dDivisor);
+}
+
+CNuPoint& CNuPoint::operator/=(double dDivisor) {
+    if (NuGetZero() > std::fabs(dDivisor)) {
+        throw CNuOperationException(6, "operator/=", "CNuPoint");
+    }
+    m_dX /= dDivisor;
+    m_dY /= dDivisor;
+    m_dZ /= dDivisor;
+    return *this;
+}
+
+void CNuPoint::Translate(double dx, double dy, double dz) {
+    m_dX += dx;
+    m_dY += dy;
+    m_dZ += dz;
+}
+
+void CNuPoint::Translate(const CNuPoint& offset) { *this += offset; }
+
+// Rotations go through the vector's own, so that a point and a vector turn alike.
+void CNuPoint::Rotate(double dAngle, CNuGeometry::EAxisType eAxis) {
+    CNuVector v = To3DVector();
+    v.Rotate(dAngle, eAxis);
+    const double* pd = v.GetData();
+    *this = CNuPoint(pd[0], pd[1], pd[2]);
+}
+
+void CNuPoint::Rotate(double dAngle, const CNuVector& axis) {
+    CNuVector v = To3DVector();
+    v.Rotate(dAngle, axis);
+    const double* pd = v.GetData();
+    *this = CNuPoint(pd[0], pd[1], pd[2]);
+}
+
+void CNuPoint::Rotate(double dAngle, CNuGeometry::EAxisType eAxis, const CNuPoint& centre) {
+    CNuPoint c(centre);
+    *this -= c;
+    Rotate(dAngle, eAxis);
+    *this += c;
+}
+
+void CNuPoint::Rotate(double dAngle, const CNuVector& axis, const CNuPoint& centre) {
+    CNuPoint c(centre);
+    *this -= c;
+    Rotate(dAngle, axis);
+    *this += c;
+}
+
+void CNuPoint::MoveTo(const CNuNonLinearGeometry& geometry) {
+    CNuVector d = (*this - geometry.GetTranslation().To3DPoint()).To3DVector();
+    CNuVector local = d * geometry.GetRotation();
+    const double* pd = local.GetData();
+    *this = CNuPoint(pd[0], pd[1], pd[2]);
+}
+
+void CNuPoint::MoveTo(const CNuPoint& origin, const CNuVector& xAxis, const CNuVector& zAxis) {
+    CNuVector d = (*this - origin).To3DVector();
+    CNuVector x(xAxis);
+    CNuVector z(zAxis);
+    double dZero = NuGetZero();
+    if (x.Magnitude() > dZero) x.Normalise();
+    if (z.Magnitude() > dZero) z.Normalise();
+    CNuVector y = z * x;
+    *this = CNuPoint(d % x, d % y, d % z);
+}
+
+CNuPoint CNuPoint::MidPoint(const CNuPoint& other) const {
+    return CNuPoint((m_dX + other.m_dX) * 0.5, (m_dY + other.m_dY) * 0.5,
+                    (m_dZ + other.m_dZ) * 0.5);
+}
+
+CNuPoint CNuPoint::MidPoint(const CNuLine& line) const { return MidPoint(ProjectionOn(line)); }
+
+CNuPoint CNuPoint::MidPoint(const CNuPlane& plane) const { return MidPoint(ProjectionOn(plane)); }
+
+CNuPlane CNuPoint::MidPlane(const CNuPoint& other) const {
+    CNuPoint m = MidPoint(other);
+    CNuPoint n = *this - other;
+    if (Vanishes(n.m_dX, n.m_dY, n.m_dZ)) {
+        throw CNuOperationException(19, "calculation", "CNuPoint::MidPlane(CNuPoint)");
+    }
+    return CNuPlane(m, n.To3DVector());
+}
+
+CNuPlane CNuPoint::MidPlane(const CNuLine& line) const {
+    CNuPoint m = MidPoint(line);
+    CNuPoint n = *this - m;
+    if (Vanishes(n.m_dX, n.m_dY, n.m_dZ)) {
+        throw CNuOperationException(21, "calculation", "CNuPoint::MidPlane(CNuLine)");
+    }
+    return CNuPlane(m, n.To3DVector());
+}
+
+double CNuPoint::DistanceTo(const CNuPoint& other) const {
+    return NuPythag(m_dX - other.m_dX, m_dY - other.m_dY, m_dZ - other.m_dZ);
+}
+
+double CNuPoint::DistanceTo(const CNuLine& line) const { return DistanceTo(Foot(*this, line)); }
+
+double CNuPoint::DistanceTo(const CNuPlane& plane) const {
+    return std::fabs(OffsetDot(*this, plane.GetPoint(), plane.GetNormal()));
+}
+
+// Circles are measured in their plane and bounded curves by their own DistanceTo; cylinders,
+// cones and spheres through their axis and radius. Those classes dispatch here by their tag once
+// they are part of the library; until then every tag is refused as unsupported.
+double CNuPoint::DistanceTo(const CNuCurve& curve) const {
+    static_cast<void>(curve.GetType());
+    Unsupported("CNuPoint::DistanceTo()");
+}
+
+double CNuPoint::DistanceTo(const CNuSurface& surface) const {
+    static_cast<void>(surface.GetType());
+    Unsupported("CNuPoint::DistanceTo()");
+}
+
+CNuPoint CNuPoint::ProjectionOn(const CNuLine& line) const { return Foot(*this, line); }
+
+CNuPoint CNuPoint::ProjectionOn(const CNuPlane& plane) const {
+    const double* pn = plane.GetNormal().GetData();
+    double t = OffsetDot(*this, plane.GetPoint(), plane.GetNormal());
+    return CNuPoint(m_dX - t * pn[0], m_dY - t * pn[1], m_dZ - t * pn[2]);
+}
+
+CNuPoint CNuPoint::ProjectionOn(const CNuSurface& surface) const {
+    static_cast<void>(surface.GetType());
+    Unsupported("CNuPoint::ProjectionOn(CNuSurface)");
+}
+
+CNuGeometry::ELineSideType CNuPoint::LineSide(const CNuLine& line, double dTol) const {
+    return LineSide(line, CNuVector(0.0, 0.0, 1.0), dTol);
+}
+
+CNuGeometry::ELineSideType CNuPoint::LineSide(const CNuLine& line, const CNuVector& ref,
+                                              double dTol) const {
+    if (dTol > DistanceTo(line)) return eLineSideOn;
+    CNuPoint f = Foot(*this, line);
+    CNuVector c = line.GetDirection() * (*this - f).To3DVector();
+    return c.AngleWith(ref) <= 90.0 ? eLineSidePositive : eLineSideNegative;
+}
+
+// Circles and conics are judged in their own plane; those classes are not part of the library
+// yet, so every tag is refused.
+CNuGeometry::ECurveSideType CNuPoint::CurveSide(const CNuGeometry& curve, double dTol) const {
+    static_cast<void>(curve.GetType());
+    static_cast<void>(dTol);
+    Unsupported("CNuPoint::CurveSide()");
+}
+
+CNuGeometry::ESurfaceSideType CNuPoint::SurfaceSide(const CNuGeometry& surface, double dTol) const {
+    switch (surface.GetType()) {
+        case eTypePlane: {
+            const CNuPlane& plane = static_cast<const CNuPlane&>(surface);
+            double dOffset = OffsetDot(*this, plane.GetPoint(), plane.GetNormal());
+            if (dTol > std::fabs(dOffset)) return eSurfaceSideOn;
+            return dOffset <= 0.0 ? eSurfaceSideInner : eSurfaceSideOuter;
+        }
+        default:
+            // Cylinders, cones and spheres are not part of the library yet.
+            Unsupported("CNuPoint::SurfaceSide()");
+    }
+}
+
+bool CNuPoint::BinaryDump(std::ofstream& stream) const {
+    const char cTag = 'p';
+    stream.write(&cTag, 1);
+    stream.write(reinterpret_cast<const char*>(&m_dX), sizeof m_dX);
+    stream.write(reinterpret_cast<const char*>(&m_dY), sizeof m_dY);
+    stream.write(reinterpret_cast<const char*>(&m_dZ), sizeof m_dZ);
+    return stream.good();
+}
+
+bool CNuPoint::BinaryRead(std::ifstream& stream) {
+    char cTag = '0';
+    stream.read(&cTag, 1);
+    if (cTag != 'p') return false;
+    stream.read(reinterpret_cast<char*>(&m_dX), sizeof m_dX);
+    stream.read(reinterpret_cast<char*>(&m_dY), sizeof m_dY);
+    stream.read(reinterpret_cast<char*>(&m_dZ), sizeof m_dZ);
+    return true;
+}
+
+// Declared with the vector; a point is where a homogeneous vector lands.
+CNuPoint CNuVector::To3DPoint() const {
+    CNuVector v(*this);
+    v.NonHomogeneous();
+    const double* pd = v.GetData();
+    return CNuPoint(pd[0], pd[1], pd[2]);
+}
+
+}  // namespace numorix
