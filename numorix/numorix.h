@@ -4,6 +4,7 @@
 
 #include "numorix/complex/complex.h"
 #include "numorix/complex/complex_array.h"
+#include "numorix/curves/curve.h"
 #include "numorix/equations/alg_equ.h"
 #include "numorix/equations/interval.h"
 #include "numorix/equations/polynomial.h"
@@ -24,5 +25,6 @@
 #include "numorix/linalg/linear_equ_sys.h"
 #include "numorix/linalg/matrix.h"
 #include "numorix/linalg/vector.h"
+#include "numorix/surfaces/surface.h"
 
 #endif  // NUMORIX_NUMORIX_H

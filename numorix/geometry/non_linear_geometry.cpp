@@ -179,7 +179,5 @@ CNuMatrix CNuNonLinearGeometry::GetInverseTransformation() const {
     return t;
 }
 
-CNuCurve::~CNuCurve() = default;
-CNuSurface::~CNuSurface() = default;
 
 }  // namespace numorix

@@ -63,28 +63,6 @@ class CNuNonLinearGeometry : public CNuGeometry {
     CNuCartesianCoord* m_pPosition;
 };
 
-// Family base of the curves (conics, bounded curves, parametric curves).
-class CNuCurve : public CNuNonLinearGeometry {
-  public:
-    CNuCurve(const CNuCurve&) = default;
-    CNuCurve& operator=(const CNuCurve&) = default;
-    ~CNuCurve() override;
-
-  protected:
-    CNuCurve() = default;
-};
-
-// Family base of the quadric surfaces.
-class CNuSurface : public CNuNonLinearGeometry {
-  public:
-    CNuSurface(const CNuSurface&) = default;
-    CNuSurface& operator=(const CNuSurface&) = default;
-    ~CNuSurface() override;
-
-  protected:
-    CNuSurface() = default;
-};
-
 }  // namespace numorix
 
 #endif  // NUMORIX_GEOMETRY_NON_LINEAR_GEOMETRY_H

@@ -2,14 +2,15 @@
 
 #include <cmath>
 
+#include "numorix/curves/curve.h"
 #include "numorix/foundation/exception.h"
 #include "numorix/foundation/scalar.h"
 #include "numorix/foundation/tolerance.h"
 #include "numorix/geometry/line.h"
-#include "numorix/geometry/non_linear_geometry.h"
 #include "numorix/geometry/plane.h"
 #include "numorix/linalg/matrix.h"
 #include "numorix/linalg/vector.h"
+#include "numorix/surfaces/surface.h"
 
 namespace numorix {
 

@@ -7,7 +7,9 @@
 #include <string>
 
 #include "nu_test.h"
+#include "numorix/curves/curve.h"
 #include "numorix/geometry/non_linear_geometry.h"
+#include "numorix/surfaces/surface.h"
 #include "numorix/geometry/point.h"
 #include "numorix/linalg/vector.h"
 

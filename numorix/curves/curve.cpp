@@ -1,0 +1,7 @@
+#include "numorix/curves/curve.h"
+
+namespace numorix {
+
+CNuCurve::~CNuCurve() = default;
+
+}  // namespace numorix

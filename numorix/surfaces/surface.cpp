@@ -1,0 +1,7 @@
+#include "numorix/surfaces/surface.h"
+
+namespace numorix {
+
+CNuSurface::~CNuSurface() = default;
+
+}  // namespace numorix
