@@ -175,13 +175,13 @@ void CNuLine::FitMinZone(const CNuPointArray& points, double* pdZone, double dTo
         }
         *pdZone = PlanarZone(local, &s0, &s1, &s2);
         SupportLine(s0, s1, s2, &dDirX, &dDirY, &dLocX, &dLocY);
-        CNuVector direction = axisX * dDirX + axisY * dDirY;
+        // Cleaned in the plane's own frame, then carried back as a vector.
+        CNuVector inPlane(dDirX, dDirY, 0.0);
+        fit::CleanDirection(&inPlane);
+        CNuVector direction = axisX * inPlane[0] + axisY * inPlane[1];
         CNuPoint location = p[0] + CNuPoint(axisX[0] * dLocX + axisY[0] * dLocY,
                                             axisX[1] * dLocX + axisY[1] * dLocY,
                                             axisX[2] * dLocX + axisY[2] * dLocY);
-        double dLength = direction.Magnitude();
-        if (dLength > NuGetZero()) direction /= dLength;
-        fit::CleanDirection(&direction);
         m_direction = direction;
         m_point = location;
     } else {
