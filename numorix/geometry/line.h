@@ -12,6 +12,7 @@
 #ifndef NUMORIX_GEOMETRY_LINE_H
 #define NUMORIX_GEOMETRY_LINE_H
 
+#include "numorix/fit/fit_result.h"
 #include "numorix/geometry/geometry.h"
 #include "numorix/geometry/point.h"
 #include "numorix/linalg/vector.h"
@@ -20,6 +21,7 @@ namespace numorix {
 
 class CNuNonLinearGeometry;
 class CNuPlane;
+class CNuPointArray;
 
 class CNuLine : public CNuGeometry {
   public:
@@ -65,6 +67,22 @@ class CNuLine : public CNuGeometry {
     double DistanceTo(const CNuPlane& plane) const;
     int IntersectWith(const CNuLine& other, CNuPoint* pPoint) const;
     int IntersectWith(const CNuPlane& plane, CNuPoint* pPoint) const;
+
+    // Orthogonal least squares (numorix/fit/line_fit.cpp): the line through the mean point along
+    // the principal direction of the centred points. The second form also gives the form error
+    // and the sum of squared residuals of the finished line.
+    void Fit(const CNuPointArray& points);
+    void Fit(const CNuPointArray& points, double* pdForm, double* pdSumSquares);
+    // Minimum zone (numorix/fit/line_min_zone.cpp): the narrowest pair of parallel lines about
+    // coplanar points; *pdZone receives their distance, pInner and pOuter the two lines.
+    void FitMinZone(const CNuPointArray& points, double* pdZone, double dTolerance,
+                    long lMaxIterations);
+    void FitMinZone(const CNuPointArray& points, double* pdZone, CNuLine* pInner, CNuLine* pOuter,
+                    double dTolerance, long lMaxIterations);
+    ENuFitResult FitMinZoneEx(const CNuPointArray& points, double* pdZone, double dTolerance,
+                              long lMaxIterations);
+    ENuFitResult FitMinZoneEx(const CNuPointArray& points, double* pdZone, CNuLine* pInner,
+                              CNuLine* pOuter, double dTolerance, long lMaxIterations);
 
   private:
     bool IsParallelByDegreeTol(const CNuLine& other) const;

@@ -33,12 +33,12 @@ void Cramer(double a1, double b1, double c1, double a2, double b2, double c2, do
 
 }  // namespace
 
-CNuPlane::CNuPlane() : m_point(0.0, 0.0, 0.0), m_normal(UnitZ()), m_nReserved(0) {
+CNuPlane::CNuPlane() : m_point(0.0, 0.0, 0.0), m_normal(UnitZ()) {
     m_eObjectType = eTypePlane;
 }
 
 CNuPlane::CNuPlane(const CNuPoint& point, const CNuVector& normal)
-    : m_point(point), m_normal(normal), m_nReserved(0) {
+    : m_point(point), m_normal(normal) {
     m_eObjectType = eTypePlane;
     if (normal.GetSize() != 3) throw CNuConstructionException(4, "CNuPlane");
     if (normal.IsZero(NuGetZero()) == eNuTrue) throw CNuConstructionException(3, "CNuPlane");
@@ -46,7 +46,7 @@ CNuPlane::CNuPlane(const CNuPoint& point, const CNuVector& normal)
 }
 
 CNuPlane::CNuPlane(const CNuPoint& point, const CNuLine& line)
-    : m_point(point), m_normal(0.0, 0.0, 1.0), m_nReserved(0) {
+    : m_point(point), m_normal(0.0, 0.0, 1.0) {
     m_eObjectType = eTypePlane;
     CNuVector normal = line.GetDirection() * (point - line.GetPoint()).To3DVector();
     if (normal.IsZero(NuGetZero()) == eNuTrue) throw CNuConstructionException(9, "CNuPlane");

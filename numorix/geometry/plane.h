@@ -9,6 +9,7 @@
 #ifndef NUMORIX_GEOMETRY_PLANE_H
 #define NUMORIX_GEOMETRY_PLANE_H
 
+#include "numorix/fit/fit_result.h"
 #include "numorix/geometry/geometry.h"
 #include "numorix/geometry/point.h"
 #include "numorix/linalg/vector.h"
@@ -16,6 +17,7 @@
 namespace numorix {
 
 class CNuLine;
+class CNuPointArray;
 
 class CNuPlane : public CNuGeometry {
   public:
@@ -53,10 +55,26 @@ class CNuPlane : public CNuGeometry {
     int IntersectWith(const CNuLine& line, CNuPoint* pPoint) const;
     int IntersectWith(const CNuPlane& other, CNuLine* pLine) const;
 
+    // Orthogonal least squares (numorix/fit/plane_fit.cpp): the plane through the mean point
+    // normal to the least principal direction of the centred points. The second form also gives
+    // the form error and the sum of squared residuals of the finished plane.
+    void Fit(const CNuPointArray& points);
+    void Fit(const CNuPointArray& points, double* pdForm, double* pdSumSquares);
+    // Minimum zone (numorix/fit/plane_min_zone.cpp): the narrowest pair of parallel planes about
+    // the points; *pdZone receives their distance, pInner and pOuter the two planes.
+    void FitMinZone(const CNuPointArray& points, double* pdZone, double dTolerance);
+    void FitMinZone(const CNuPointArray& points, double* pdZone, CNuPlane* pInner, CNuPlane* pOuter,
+                    double dTolerance);
+
   private:
+    // The first point, from the scan cursor round to it, that lies farther than dTolerance
+    // beyond the half width of any candidate slab; -1 when every point is covered.
+    long PointNotCovered(double dTolerance, int nPoints, const CNuPoint* pPoints,
+                         const CNuPointArray& candidates);
+
     CNuPoint m_point;
     CNuVector m_normal;
-    int m_nReserved;
+    SPointCoverage m_pointCoverage;
 };
 
 }  // namespace numorix

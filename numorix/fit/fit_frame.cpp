@@ -1,0 +1,32 @@
+#include <cmath>
+
+#include "numorix/fit/internal/fit_frame.h"
+#include "numorix/foundation/scalar.h"
+
+namespace numorix {
+namespace fit {
+
+void CleanDirection(CNuVector* pDirection) {
+    double* pd = pDirection->GetData();
+    double dTol = NuGetTol();
+    for (int i = 0; i < 3; ++i)
+        if (std::fabs(pd[i]) < dTol) pd[i] = 0.0;
+    // The first component of largest magnitude decides the sign.
+    double dLargest = NuGetZero();
+    int nLargest = -1;
+    for (int i = 0; i < 3; ++i) {
+        if (std::fabs(pd[i]) > dLargest) {
+            dLargest = std::fabs(pd[i]);
+            nLargest = i;
+        }
+    }
+    if (nLargest >= 0 && pd[nLargest] < 0.0) {
+        for (int i = 0; i < 3; ++i)
+            pd[i] = -pd[i];
+    }
+}
+
+double ScaledDistance(double dx, double dy, double dz) { return NuPythag(dx, dy, dz); }
+
+}  // namespace fit
+}  // namespace numorix

@@ -1,0 +1,120 @@
+// What every fit of the library shares, private to the fit sources:
+//
+//   the three ways an Ex operation maps failures onto ENuFitResult
+//     RunFitEx                 limit test (213) outside the guard; 212 -> not converged,
+//                              anything else -> failed
+//     RunFitExWithTolerance    as RunFitEx, and the thread's length tolerance is dTolerance for
+//                              the guarded call and restored afterwards on every path
+//     RunFitExCatchAll         no limit; tolerance as above; every failure -> failed
+//   CheckIterations            the limit test: lMaxIterations > 0, else stored 213
+//   GaussNewton                the undamped loop: solve J step = -r, add the step, stop when the
+//                              element's measure falls below its threshold or stops shrinking;
+//                              reaching the limit, even in a converging last iteration, is 212
+//   CleanDirection             components below NuGetTol() become 0, then the largest component
+//                              (first of equals) is made positive
+#ifndef NUMORIX_FIT_INTERNAL_FIT_FRAME_H
+#define NUMORIX_FIT_INTERNAL_FIT_FRAME_H
+
+#include "numorix/fit/fit_result.h"
+#include "numorix/foundation/exception.h"
+#include "numorix/foundation/tolerance.h"
+#include "numorix/linalg/linear_equ_sys.h"
+#include "numorix/linalg/matrix.h"
+#include "numorix/linalg/vector.h"
+
+namespace numorix {
+namespace fit {
+
+// Stored 213 located at pszLocation unless lMaxIterations is greater than 0.
+inline void CheckIterations(long lMaxIterations, const char* pszLocation) {
+    if (lMaxIterations <= 0) throw CNuBestfitException(13, pszLocation);
+}
+
+// Calls fit() and reports how it ended: a best-fit failure of cause 12 is "not converged",
+// every other failure of any type "failed".
+template <class F>
+ENuFitResult Guarded(F&& fit) {
+    ENuFitResult eResult = eNuFitOk;
+    try {
+        fit();
+    } catch (const CNuBestfitException& e) {
+        eResult = e.GetCause() == 12 ? eNuFitNotConverged : eNuFitFailed;
+    } catch (...) {
+        eResult = eNuFitFailed;
+    }
+    return eResult;
+}
+
+// Ex form of the least-squares fits: the limit test escapes, the rest is guarded.
+template <class F>
+ENuFitResult RunFitEx(long lMaxIterations, const char* pszLocation, F&& fit) {
+    CheckIterations(lMaxIterations, pszLocation);
+    return Guarded(fit);
+}
+
+// Ex form of the zone fits and of the cylinder's and torus's extreme fits.
+template <class F>
+ENuFitResult RunFitExWithTolerance(long lMaxIterations, const char* pszLocation, double dTolerance,
+                                   F&& fit) {
+    CheckIterations(lMaxIterations, pszLocation);
+    double dSaved = NuGetLengthTol();
+    NuSetLengthTol(dTolerance);
+    ENuFitResult eResult = Guarded(fit);
+    NuSetLengthTol(dSaved);
+    return eResult;
+}
+
+// Ex form of the extreme fits without an iteration limit: any failure is "failed", even 212.
+template <class F>
+ENuFitResult RunFitExCatchAll(double dTolerance, F&& fit) {
+    double dSaved = NuGetLengthTol();
+    NuSetLengthTol(dTolerance);
+    ENuFitResult eResult = eNuFitOk;
+    try {
+        fit();
+    } catch (...) {
+        eResult = eNuFitFailed;
+    }
+    NuSetLengthTol(dSaved);
+    return eResult;
+}
+
+// The Gauss-Newton loop of the nonlinear fits.
+//   build(J, r)      writes the Jacobian (one row per point) and the negated residuals for the
+//                    present parameters; J and r keep their contents between iterations
+//   apply(step)      adds the step to the parameters and returns the element's measure s
+//   threshold()      the element's threshold, read at call time
+// Returns the number of iterations run.
+template <class Build, class Apply, class Threshold>
+long GaussNewton(long lMaxIterations, const char* pszLocation, CNuMatrix& J, CNuVector& r,
+                 Build&& build, Apply&& apply, Threshold&& threshold) {
+    long iter = 0;
+    double dPrevious = NuGetLarge() / 10.0;
+    if (NuGetLarge() > dPrevious) {
+        CNuLinearEquSys system;
+        while (iter < lMaxIterations) {
+            ++iter;
+            build(J, r);
+            system.Solve(J, r);
+            if (system.SolutionExists() == eNuFalse) throw CNuBestfitException(11, pszLocation);
+            double s = apply(system.GetSolution());
+            if (s < threshold()) break;
+            // A step that does not shrink ends the loop, accepted.
+            if (!(dPrevious > s)) break;
+            dPrevious = s;
+        }
+    }
+    if (!(iter < lMaxIterations)) throw CNuBestfitException(12, pszLocation);
+    return iter;
+}
+
+// Sign cleaning of a fitted direction of size 3.
+void CleanDirection(CNuVector* pDirection);
+
+// sqrt(dx^2 + dy^2 + dz^2), scaled by the largest difference; 0 when that is below NuGetZero().
+double ScaledDistance(double dx, double dy, double dz);
+
+}  // namespace fit
+}  // namespace numorix
+
+#endif  // NUMORIX_FIT_INTERNAL_FIT_FRAME_H

@@ -1,0 +1,140 @@
+// Helpers of the fit tests: point sets, the PTB TraCIM reference sets read in place, and the
+// independent oracles (principal axes by Eigen, minimum zones by brute force over all supports).
+#ifndef NUMORIX_TESTS_FIT_FIT_TEST_SUPPORT_H
+#define NUMORIX_TESTS_FIT_FIT_TEST_SUPPORT_H
+
+#include <Eigen/Dense>
+#include <algorithm>
+#include <cmath>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "nu_test.h"
+#include "numorix/geometry/point_array.h"
+#include "numorix/linalg/vector.h"
+
+namespace numorix {
+namespace test {
+
+// PTB's acceptance limits for the TraCIM sets: positions and zones 0.1 um (data in mm), and
+// directions 0.1 urad.
+constexpr double kPtbPosition = 1e-4;
+constexpr double kPtbAngle = 1e-7;
+
+inline CNuPointArray Points(const std::vector<CNuPoint>& v) {
+    CNuPointArray points(static_cast<int>(v.size()));
+    for (const CNuPoint& p : v)
+        points.Add(p);
+    return points;
+}
+
+// Points of a TraCIM set, or an empty array when the file is absent.
+inline CNuPointArray ReadAsc(const std::string& path) {
+    CNuPointArray points;
+    std::ifstream in(path);
+    double x, y, z;
+    while (in >> x >> y >> z)
+        points.Add(CNuPoint(x, y, z));
+    return points;
+}
+
+inline std::vector<double> ReadAnswer(const std::string& path) {
+    std::vector<double> v;
+    std::ifstream in(path);
+    double d;
+    while (in >> d)
+        v.push_back(d);
+    return v;
+}
+
+inline std::string TracimFile(const char* pszPackage, const char* pszFolder, const std::string& id,
+                              const char* pszExt) {
+    return RefDataDir() + "/" + pszPackage + "/" + pszFolder + "/" + id + pszExt;
+}
+
+inline std::string SetName(const char* pszPrefix, int n) {
+    char sz[8];
+    std::snprintf(sz, sizeof sz, "%s%02d", pszPrefix, n);
+    return sz;
+}
+
+// The angle between two lines or two plane normals, sign-insensitive, in radians.
+inline double AxisAngle(const CNuVector& a, const CNuVector& b) {
+    CNuVector c = a * b;
+    return std::atan2(c.Magnitude(), std::fabs(a % b));
+}
+
+// Principal axes of the centred points, by Eigen's symmetric eigen solver of the scatter matrix:
+// column 0 belongs to the smallest eigenvalue, column 2 to the largest.
+inline Eigen::Matrix3d PrincipalAxes(const CNuPointArray& points, Eigen::Vector3d* pMean) {
+    int n = points.GetSize();
+    Eigen::Vector3d mean = Eigen::Vector3d::Zero();
+    for (int i = 0; i < n; ++i)
+        mean += Eigen::Vector3d(points[i].x(), points[i].y(), points[i].z());
+    mean /= n;
+    Eigen::Matrix3d scatter = Eigen::Matrix3d::Zero();
+    for (int i = 0; i < n; ++i) {
+        Eigen::Vector3d d = Eigen::Vector3d(points[i].x(), points[i].y(), points[i].z()) - mean;
+        scatter += d * d.transpose();
+    }
+    *pMean = mean;
+    return Eigen::SelfAdjointEigenSolver<Eigen::Matrix3d>(scatter).eigenvectors();
+}
+
+// Width of the points along a unit direction: the largest projection less the smallest.
+inline double WidthAlong(const CNuPointArray& points, double nx, double ny, double nz) {
+    double dMin = 1e300;
+    double dMax = -1e300;
+    for (int i = 0; i < points.GetSize(); ++i) {
+        double d = points[i].x() * nx + points[i].y() * ny + points[i].z() * nz;
+        dMin = std::min(dMin, d);
+        dMax = std::max(dMax, d);
+    }
+    return dMax - dMin;
+}
+
+// The minimum zone of planar points (z ignored) by brute force: the strip is normal to a chord
+// of two of the points.
+inline double BruteLineZone(const CNuPointArray& points) {
+    double dBest = 1e300;
+    int n = points.GetSize();
+    for (int i = 0; i < n; ++i)
+        for (int j = i + 1; j < n; ++j) {
+            double dx = points[j].x() - points[i].x();
+            double dy = points[j].y() - points[i].y();
+            double d = std::hypot(dx, dy);
+            if (d == 0.0) continue;
+            dBest = std::min(dBest, WidthAlong(points, -dy / d, dx / d, 0.0));
+        }
+    return dBest;
+}
+
+// The minimum zone of points in space by brute force: the slab is normal to the plane of three
+// points or to the two directions of two chords.
+inline double BrutePlaneZone(const CNuPointArray& points) {
+    int n = points.GetSize();
+    std::vector<Eigen::Vector3d> p(static_cast<std::size_t>(n));
+    for (int i = 0; i < n; ++i)
+        p[i] = Eigen::Vector3d(points[i].x(), points[i].y(), points[i].z());
+    double dBest = 1e300;
+    auto tryNormal = [&](Eigen::Vector3d v) {
+        double d = v.norm();
+        if (d < 1e-14) return;
+        v /= d;
+        dBest = std::min(dBest, WidthAlong(points, v.x(), v.y(), v.z()));
+    };
+    std::vector<Eigen::Vector3d> chords;
+    for (int i = 0; i < n; ++i)
+        for (int j = i + 1; j < n; ++j)
+            chords.push_back(p[j] - p[i]);
+    for (std::size_t a = 0; a < chords.size(); ++a)
+        for (std::size_t b = a + 1; b < chords.size(); ++b)
+            tryNormal(chords[a].cross(chords[b]));
+    return dBest;
+}
+
+}  // namespace test
+}  // namespace numorix
+
+#endif  // NUMORIX_TESTS_FIT_FIT_TEST_SUPPORT_H

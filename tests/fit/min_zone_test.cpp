@@ -1,0 +1,306 @@
+// Minimum-zone lines (points in a plane) and planes against brute force over all supports on
+// random, near-degenerate and grid sets, the bounding pairs, the degenerate and refused inputs,
+// and the certified PTB Chebyshev sets.
+#include <cmath>
+#include <limits>
+
+#include "fit_test_support.h"
+#include "numorix/foundation/tolerance.h"
+#include "numorix/geometry/line.h"
+#include "numorix/geometry/plane.h"
+
+namespace numorix {
+namespace {
+
+using test::ExpectNuFailure;
+
+// The tolerance handed to the zone fits: the zone may exceed the true minimum by this much.
+constexpr double kZoneTol = 1e-9;
+// Distance checks of points against the returned pair, on coordinates of order 10.
+constexpr double kInside = 1e-9;
+
+double SignedDistance(const CNuPoint& p, const CNuPlane& plane) {
+    return (p - plane.GetPoint()).To3DVector() % plane.GetNormal();
+}
+
+// Every point lies between the two bounding planes, and they are zone apart.
+void ExpectPlanePair(const CNuPointArray& points, const CNuPlane& inner, const CNuPlane& outer,
+                     double dZone) {
+    EXPECT_NEAR(SignedDistance(outer.GetPoint(), inner), dZone, kInside);
+    for (int i = 0; i < points.GetSize(); ++i) {
+        double d = SignedDistance(points[i], inner);
+        EXPECT_GT(d, -kInside) << "point " << i;
+        EXPECT_LT(d, dZone + kInside) << "point " << i;
+    }
+}
+
+// Signed distance in the XY plane from a line lying in it.
+double Side(const CNuPoint& p, const CNuLine& line) {
+    const CNuVector& d = line.GetDirection();
+    return d[0] * (p.y() - line.GetPoint().y()) - d[1] * (p.x() - line.GetPoint().x());
+}
+
+void ExpectLinePair(const CNuPointArray& points, const CNuLine& inner, const CNuLine& outer,
+                    double dZone) {
+    double dGap = std::fabs(Side(outer.GetPoint(), inner));
+    EXPECT_NEAR(dGap, dZone, kInside);
+    for (int i = 0; i < points.GetSize(); ++i) {
+        double a = Side(points[i], inner);
+        double b = Side(points[i], outer);
+        EXPECT_LT(std::fabs(a) + std::fabs(b), dZone + kInside) << "point " << i << " outside";
+    }
+}
+
+CNuPointArray RandomPlanar(test::Random& rng, int n, double dSpreadY) {
+    CNuPointArray points(n);
+    for (int i = 0; i < n; ++i)
+        points.Add(CNuPoint(rng.Uniform(-5, 5), rng.Uniform(-dSpreadY, dSpreadY) + 0.1 * i, 2.0));
+    return points;
+}
+
+TEST(LineMinZone, MatchesBruteForceOnRandomNearDegenerateAndGridSets) {
+    test::Random rng;
+    std::vector<CNuPointArray> sets;
+    for (int k = 0; k < 10; ++k)
+        sets.push_back(RandomPlanar(rng, rng.Integer(3, 40), 1.0));
+    for (int k = 0; k < 4; ++k)
+        sets.push_back(RandomPlanar(rng, 25, 1e-6));
+    CNuPointArray grid(36);
+    for (int i = 0; i < 6; ++i)
+        for (int j = 0; j < 6; ++j)
+            grid.Add(CNuPoint(i, j, 0.0));
+    sets.push_back(grid);
+    for (std::size_t k = 0; k < sets.size(); ++k) {
+        const CNuPointArray& points = sets[k];
+        CNuLine line, inner, outer;
+        double dZone = -1.0;
+        line.FitMinZone(points, &dZone, &inner, &outer, kZoneTol, 100);
+        double dOracle = test::BruteLineZone(points);
+        EXPECT_LT(dZone, dOracle + kZoneTol)
+            << "set " << k << ": zone " << dZone << " oracle " << dOracle;
+        EXPECT_GT(dZone, dOracle - kZoneTol) << "set " << k << ": narrower than possible";
+        ExpectLinePair(points, inner, outer, dZone);
+        EXPECT_NEAR(line.GetPoint().z(), points[0].z(), 0.0);
+    }
+}
+
+TEST(LineMinZone, SolvesATiltedPlaneAsItsOwnPlanarProblem) {
+    test::Random rng;
+    CNuPointArray flat = RandomPlanar(rng, 30, 1.0);
+    double dExpected = test::BruteLineZone(flat);
+    // Carry the points into a tilted plane by a rotation and a shift.
+    CNuPointArray tilted(flat);
+    for (int i = 0; i < tilted.GetSize(); ++i) {
+        tilted[i].Rotate(35.0, CNuVector(1.0, 2.0, 0.5));
+        tilted[i].Translate(3.0, -1.0, 7.0);
+    }
+    CNuLine line, inner, outer;
+    double dZone = -1.0;
+    line.FitMinZone(tilted, &dZone, &inner, &outer, kZoneTol, 100);
+    EXPECT_NEAR(dZone, dExpected, kZoneTol);
+    double dWorst = 0.0;
+    for (int i = 0; i < tilted.GetSize(); ++i)
+        dWorst = std::max(dWorst, tilted[i].DistanceTo(line));
+    EXPECT_NEAR(2.0 * dWorst, dZone, kInside) << "the line lies midway in the zone";
+    EXPECT_NEAR(inner.GetPoint().DistanceTo(outer), dZone, kInside);
+}
+
+TEST(LineMinZone, CollinearPointsGiveZoneZeroAndTheLeastSquaresLine) {
+    CNuPointArray points = test::Points(
+        {CNuPoint(0, 0, 1), CNuPoint(1, 2, 1), CNuPoint(2, 4, 1), CNuPoint(-1, -2, 1)});
+    CNuLine zone, ls;
+    double dZone = -1.0;
+    zone.FitMinZone(points, &dZone, kZoneTol, 10);
+    ls.Fit(points);
+    EXPECT_EQ(dZone, 0.0);
+    EXPECT_EQ(zone.GetDirection()[0], ls.GetDirection()[0]);
+    EXPECT_EQ(zone.GetPoint().x(), ls.GetPoint().x());
+    CNuLine inner, outer;
+    zone.FitMinZone(points, &dZone, &inner, &outer, kZoneTol, 10);
+    EXPECT_EQ(inner.GetPoint().y(), zone.GetPoint().y());
+    EXPECT_EQ(outer.GetPoint().y(), zone.GetPoint().y());
+}
+
+TEST(LineMinZone, PointsInSpaceAwaitTheCircumscribedCylinder) {
+    CNuPointArray tetra =
+        test::Points({CNuPoint(0, 0, 0), CNuPoint(1, 0, 0), CNuPoint(0, 1, 0), CNuPoint(0, 0, 1)});
+    CNuLine line;
+    double dZone = -1.0;
+    ExpectNuFailure<CNuOperationException>([&] { line.FitMinZone(tetra, &dZone, 1e-9, 10); }, 145,
+                                           "FitMinZone", "CNuLine");
+}
+
+TEST(LineMinZone, RefusesBadLimitsFewAndCoincidentPoints) {
+    CNuLine line;
+    double dZone = -1.0;
+    CNuPointArray two = test::Points({CNuPoint(0, 0, 0), CNuPoint(1, 0, 0)});
+    ExpectNuFailure<CNuBestfitException>([&] { line.FitMinZone(two, &dZone, 1e-9, 0); }, 213,
+                                         nullptr, "CNuLine");
+    ExpectNuFailure<CNuBestfitException>(
+        [&] { line.FitMinZone(test::Points({CNuPoint()}), &dZone, 1e-9, 5); }, 201, nullptr,
+        "CNuLine");
+    CNuPointArray same = test::Points({CNuPoint(1, 1, 0), CNuPoint(1, 1, 0), CNuPoint(1, 1, 0)});
+    ExpectNuFailure<CNuBestfitException>([&] { line.FitMinZone(same, &dZone, 1e-9, 5); }, 202,
+                                         nullptr, "CNuLine");
+}
+
+TEST(LineMinZone, MeetsPtbLimitsOnTheCertifiedLines) {
+    if (test::RefDataDir().empty()) GTEST_SKIP() << "NUMORIX_REFDATA not set: no PTB data";
+    for (int k = 1; k <= 8; ++k) {
+        std::string id = test::SetName("C", k);
+        CNuPointArray points =
+            test::ReadAsc(test::TracimFile("ptb-tracim-chebyshev", "data", id, ".asc"));
+        std::vector<double> a =
+            test::ReadAnswer(test::TracimFile("ptb-tracim-chebyshev", "answer", id, ".txt"));
+        if (points.GetSize() == 0 || a.size() < 7) GTEST_SKIP() << "PTB set " << id << " absent";
+        CNuLine line;
+        double dZone = -1.0;
+        line.FitMinZone(points, &dZone, 1e-9, 100);
+        EXPECT_NEAR(dZone, a[6], test::kPtbPosition) << id;
+        EXPECT_LT(CNuPoint(a[0], a[1], a[2]).DistanceTo(line), test::kPtbPosition) << id;
+        EXPECT_LT(test::AxisAngle(line.GetDirection(), CNuVector(a[3], a[4], a[5])),
+                  test::kPtbAngle)
+            << id;
+    }
+}
+
+CNuPointArray RandomSlab(test::Random& rng, int n, double dThickness) {
+    CNuVector normal(0.3, -0.2, 1.0);
+    normal.Normalise();
+    CNuVector u;
+    normal.OrthonormalX(&u);
+    CNuVector v = normal * u;
+    CNuPointArray points(n);
+    for (int i = 0; i < n; ++i) {
+        CNuVector p = u * rng.Uniform(-5, 5) + v * rng.Uniform(-5, 5) +
+                      normal * rng.Uniform(-dThickness, dThickness);
+        points.Add(p.To3DPoint());
+    }
+    return points;
+}
+
+TEST(PlaneMinZone, MatchesBruteForceOnRandomNearDegenerateAndGridSets) {
+    test::Random rng;
+    std::vector<CNuPointArray> sets;
+    for (int k = 0; k < 6; ++k)
+        sets.push_back(RandomSlab(rng, rng.Integer(4, 25), 0.5));
+    sets.push_back(RandomSlab(rng, 30, 1e-7));
+    // A thick random cloud, where edge-against-edge slabs compete with faces.
+    CNuPointArray cloud(16);
+    for (int i = 0; i < 16; ++i)
+        cloud.Add(CNuPoint(rng.Uniform(-1, 1), rng.Uniform(-1, 1), rng.Uniform(-1, 1)));
+    sets.push_back(cloud);
+    // A grid with heights in a few levels: many equal slabs.
+    CNuPointArray grid(25);
+    for (int i = 0; i < 5; ++i)
+        for (int j = 0; j < 5; ++j)
+            grid.Add(CNuPoint(i, j, (i + j) % 3 == 0 ? 0.5 : 0.0));
+    sets.push_back(grid);
+    for (std::size_t k = 0; k < sets.size(); ++k) {
+        const CNuPointArray& points = sets[k];
+        CNuPlane plane, inner, outer;
+        double dZone = -1.0;
+        plane.FitMinZone(points, &dZone, &inner, &outer, kZoneTol);
+        double dOracle = test::BrutePlaneZone(points);
+        EXPECT_LT(dZone, dOracle + 2.0 * kZoneTol)
+            << "set " << k << ": zone " << dZone << " oracle " << dOracle;
+        EXPECT_GT(dZone, dOracle - 2.0 * kZoneTol) << "set " << k;
+        ExpectPlanePair(points, inner, outer, dZone);
+    }
+}
+
+TEST(PlaneMinZone, ThreePointsGiveZoneZero) {
+    CNuPointArray points = test::Points({CNuPoint(0, 0, 1), CNuPoint(2, 0, 1), CNuPoint(0, 3, 2)});
+    CNuPlane plane;
+    double dZone = -1.0;
+    plane.FitMinZone(points, &dZone, kZoneTol);
+    EXPECT_NEAR(dZone, 0.0, kInside);
+    for (int i = 0; i < 3; ++i)
+        EXPECT_NEAR(SignedDistance(points[i], plane), 0.0, kInside);
+}
+
+TEST(PlaneMinZone, RefusesFewAndCollinearPoints) {
+    CNuPlane plane;
+    double dZone = -1.0;
+    ExpectNuFailure<CNuBestfitException>(
+        [&] {
+            plane.FitMinZone(test::Points({CNuPoint(), CNuPoint(1, 0, 0)}), &dZone, 1e-9);
+        },
+        201, nullptr, "CNuPlane");
+    ExpectNuFailure<CNuBestfitException>(
+        [&] {
+            plane.FitMinZone(
+                test::Points({CNuPoint(), CNuPoint(1, 1, 1), CNuPoint(2, 2, 2), CNuPoint(3, 3, 3)}),
+                &dZone, 1e-9);
+        },
+        203, nullptr, "CNuPlane");
+}
+
+TEST(PlaneMinZone, MeetsPtbLimitsOnTheCertifiedPlanes) {
+    if (test::RefDataDir().empty()) GTEST_SKIP() << "NUMORIX_REFDATA not set: no PTB data";
+    for (int k = 17; k <= 26; ++k) {
+        std::string id = test::SetName("C", k);
+        CNuPointArray points =
+            test::ReadAsc(test::TracimFile("ptb-tracim-chebyshev", "data", id, ".asc"));
+        std::vector<double> a =
+            test::ReadAnswer(test::TracimFile("ptb-tracim-chebyshev", "answer", id, ".txt"));
+        if (points.GetSize() == 0 || a.size() < 7) GTEST_SKIP() << "PTB set " << id << " absent";
+        CNuPlane plane;
+        double dZone = -1.0;
+        plane.FitMinZone(points, &dZone, 1e-9);
+        EXPECT_NEAR(dZone, a[6], test::kPtbPosition) << id;
+        EXPECT_LT(CNuPoint(a[0], a[1], a[2]).DistanceTo(plane), test::kPtbPosition) << id;
+        EXPECT_LT(test::AxisAngle(plane.GetNormal(), CNuVector(a[3], a[4], a[5])), test::kPtbAngle)
+            << id;
+    }
+}
+
+}  // namespace
+}  // namespace numorix
+
+namespace numorix {
+namespace {
+
+// Far from the origin with a spread of 1e-6, and with a NaN coordinate: every fit answers with a
+// result or a cause (its own, or the index failure that the decomposition raises on NaN and that
+// passes through), never a hang or a crash. The far sets keep a tiny extent along
+// one axis so that a result, when given, can be judged.
+TEST(HostileData, EveryFitGivesACauseOrAResult) {
+    test::Random rng;
+    CNuPointArray far(30);
+    for (int i = 0; i < 30; ++i)
+        far.Add(CNuPoint(1e6 + rng.Uniform(0, 1e-6), 1e6 + rng.Uniform(0, 1e-6),
+                         1e6 + rng.Uniform(0, 1e-12)));
+    CNuPointArray nan =
+        test::Points({CNuPoint(0, 0, 0), CNuPoint(1, 0, 0), CNuPoint(0, 1, 0),
+                      CNuPoint(std::numeric_limits<double>::quiet_NaN(), 0, 0), CNuPoint(1, 1, 1)});
+    for (const CNuPointArray* pSet : {&far, &nan}) {
+        CNuLine line;
+        CNuPlane plane;
+        double dForm = 0.0;
+        double dSum = 0.0;
+        double dZone = 0.0;
+        try {
+            line.Fit(*pSet, &dForm, &dSum);
+            EXPECT_FALSE(pSet == &far && !(dForm < 2e-6)) << "form " << dForm;
+        } catch (const CNuException&) {
+        }
+        try {
+            plane.Fit(*pSet, &dForm, &dSum);
+            EXPECT_FALSE(pSet == &far && !(dForm < 2e-6)) << "form " << dForm;
+        } catch (const CNuException&) {
+        }
+        try {
+            plane.FitMinZone(*pSet, &dZone, 1e-12);
+            EXPECT_FALSE(pSet == &far && !(dZone < 2e-6)) << "zone " << dZone;
+        } catch (const CNuException&) {
+        }
+        CNuPointArray flat(*pSet);
+        for (int i = 0; i < flat.GetSize(); ++i)
+            flat[i].z() = 0.0;
+        EXPECT_NE(line.FitMinZoneEx(flat, &dZone, 1e-12, 10), eNuFitNotConverged);
+    }
+}
+
+}  // namespace
+}  // namespace numorix
