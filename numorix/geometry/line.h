@@ -18,6 +18,7 @@
 
 namespace numorix {
 
+class CNuCircle;
 class CNuNonLinearGeometry;
 class CNuPlane;
 
@@ -65,6 +66,9 @@ class CNuLine : public CNuGeometry {
     double DistanceTo(const CNuPlane& plane) const;
     int IntersectWith(const CNuLine& other, CNuPoint* pPoint) const;
     int IntersectWith(const CNuPlane& plane, CNuPoint* pPoint) const;
+    // 0, 1 or 2 points on the circle, in the order of the line's parameter (closed form with
+    // the circle, curves/circle.cpp).
+    int IntersectWith(const CNuCircle& circle, CNuPoint* pFirst, CNuPoint* pSecond) const;
 
   private:
     bool IsParallelByDegreeTol(const CNuLine& other) const;
