@@ -4,7 +4,13 @@
 
 #include "numorix/complex/complex.h"
 #include "numorix/complex/complex_array.h"
+#include "numorix/curves/bounded_curve.h"
+#include "numorix/curves/circle.h"
 #include "numorix/curves/curve.h"
+#include "numorix/curves/ellipse.h"
+#include "numorix/curves/hyperbola.h"
+#include "numorix/curves/line_segment.h"
+#include "numorix/curves/parabola.h"
 #include "numorix/equations/alg_equ.h"
 #include "numorix/equations/interval.h"
 #include "numorix/equations/polynomial.h"

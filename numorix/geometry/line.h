@@ -19,6 +19,7 @@
 
 namespace numorix {
 
+class CNuCircle;
 class CNuNonLinearGeometry;
 class CNuPlane;
 class CNuPointArray;
@@ -67,6 +68,9 @@ class CNuLine : public CNuGeometry {
     double DistanceTo(const CNuPlane& plane) const;
     int IntersectWith(const CNuLine& other, CNuPoint* pPoint) const;
     int IntersectWith(const CNuPlane& plane, CNuPoint* pPoint) const;
+    // 0, 1 or 2 points on the circle, in the order of the line's parameter (closed form with
+    // the circle, curves/circle.cpp).
+    int IntersectWith(const CNuCircle& circle, CNuPoint* pFirst, CNuPoint* pSecond) const;
 
     // Orthogonal least squares (numorix/fit/line_fit.cpp): the line through the mean point along
     // the principal direction of the centred points. The second form also gives the form error

@@ -2,7 +2,12 @@
 
 #include <cmath>
 
+#include "numorix/curves/bounded_curve.h"
+#include "numorix/curves/circle.h"
 #include "numorix/curves/curve.h"
+#include "numorix/curves/ellipse.h"
+#include "numorix/curves/hyperbola.h"
+#include "numorix/curves/parabola.h"
 #include "numorix/foundation/exception.h"
 #include "numorix/foundation/scalar.h"
 #include "numorix/foundation/tolerance.h"
@@ -39,6 +44,20 @@ bool Vanishes(double dx, double dy, double dz) {
 // Curves and surfaces whose classes this build does not carry are refused as unsupported.
 [[noreturn]] void Unsupported(const char* pszLocation) {
     throw CNuOperationException(45, "calculation", pszLocation);
+}
+
+// A point farther than dTol from a curve's plane is refused.
+void CheckInPlane(const CNuPoint& p, const CNuPlane& plane, double dTol, const char* pszLocation) {
+    if (dTol < p.DistanceTo(plane)) throw CNuOperationException(22, "calculation", pszLocation);
+}
+
+// |pF1| + |pF2| (bSum) or ||pF1| - |pF2|| for the foci at centre -+ c xAxis.
+double FocalDistances(const CNuPoint& p, const CNuPoint& centre, const CNuVector& xAxis, double c,
+                      bool bSum) {
+    CNuPoint offset = (xAxis * c).To3DPoint();
+    double d1 = p.DistanceTo(centre + offset);
+    double d2 = p.DistanceTo(centre - offset);
+    return bSum ? d1 + d2 : std::fabs(d1 - d2);
 }
 
 }  // namespace
@@ -233,12 +252,24 @@ double CNuPoint::DistanceTo(const CNuPlane& plane) const {
     return std::fabs(OffsetDot(*this, plane.GetPoint(), plane.GetNormal()));
 }
 
-// Circles are measured in their plane and bounded curves by their own DistanceTo; cylinders,
-// cones and spheres through their axis and radius. Those classes dispatch here by their tag once
-// they are part of the library; until then every tag is refused as unsupported.
+// Circles are measured in their plane; bounded curves measure themselves.
 double CNuPoint::DistanceTo(const CNuCurve& curve) const {
-    static_cast<void>(curve.GetType());
-    Unsupported("CNuPoint::DistanceTo()");
+    switch (curve.GetType()) {
+        case eTypeCircle: {
+            const CNuCircle& circle = static_cast<const CNuCircle&>(curve);
+            if (DistanceTo(circle.GetPlane()) > NuGetLengthTol()) {
+                throw CNuOperationException(22, "calculation", "CNuPoint::DistanceTo()");
+            }
+            return std::fabs(DistanceTo(circle.GetCentre()) - circle.GetRadius());
+        }
+        case eTypePolyline:
+        case eTypeLineSegment:
+        case eTypeCircularArc:
+        case eTypeCompositeCurve:
+            return static_cast<const CNuBoundedCurve&>(curve).DistanceTo(*this);
+        default:
+            Unsupported("CNuPoint::DistanceTo()");
+    }
 }
 
 double CNuPoint::DistanceTo(const CNuSurface& surface) const {
@@ -271,12 +302,62 @@ CNuGeometry::ELineSideType CNuPoint::LineSide(const CNuLine& line, const CNuVect
     return c.AngleWith(ref) <= 90.0 ? eLineSidePositive : eLineSideNegative;
 }
 
-// Circles and conics are judged in their own plane; those classes are not part of the library
-// yet, so every tag is refused.
+// Circles and conics are judged in their own plane, each by its focal property: the distance to
+// the centre against the radius, the sum or difference of the distances to the foci against the
+// major axis 2a, the distances to the directrix and to the focus against each other.
 CNuGeometry::ECurveSideType CNuPoint::CurveSide(const CNuGeometry& curve, double dTol) const {
-    static_cast<void>(curve.GetType());
-    static_cast<void>(dTol);
-    Unsupported("CNuPoint::CurveSide()");
+    const char* pszLocation = "CNuPoint::CurveSide()";
+    double dOff = 0.0;    // the measure that vanishes on the curve
+    bool bOuter = false;  // the side of value 1
+    switch (curve.GetType()) {
+        case eTypeCircle: {
+            const CNuCircle& circle = static_cast<const CNuCircle&>(curve);
+            CheckInPlane(*this, circle.GetPlane(), dTol, pszLocation);
+            double dCentre = DistanceTo(circle.GetCentre());
+            dOff = dCentre - circle.GetRadius();
+            bOuter = circle.GetRadius() <= dCentre;
+            break;
+        }
+        case eTypeEllipse: {
+            const CNuEllipse& ellipse = static_cast<const CNuEllipse&>(curve);
+            CheckInPlane(*this, ellipse.GetPlane(), dTol, pszLocation);
+            double a = ellipse.GetXRadius();
+            double dRatio = ellipse.GetYRadius() / a;
+            double dSum = FocalDistances(*this, ellipse.GetCentre(), ellipse.GetXaxis(),
+                                         a * std::sqrt(1.0 - dRatio * dRatio), true);
+            dOff = dSum - 2.0 * a;
+            bOuter = 2.0 * a <= dSum;
+            break;
+        }
+        case eTypeHyperbola: {
+            const CNuHyperbola& hyperbola = static_cast<const CNuHyperbola&>(curve);
+            CheckInPlane(*this, hyperbola.GetPlane(), dTol, pszLocation);
+            double a = hyperbola.GetXRadius();
+            double dRatio = hyperbola.GetYRadius() / a;
+            double dDifference = FocalDistances(*this, hyperbola.GetCentre(), hyperbola.GetXaxis(),
+                                                a * std::sqrt(dRatio * dRatio + 1.0), false);
+            dOff = dDifference - 2.0 * a;
+            bOuter = 2.0 * a <= dDifference;
+            break;
+        }
+        case eTypeParabola: {
+            const CNuParabola& parabola = static_cast<const CNuParabola&>(curve);
+            CheckInPlane(*this, parabola.GetPlane(), dTol, pszLocation);
+            double f = parabola.GetFocalLength();
+            CNuPoint vertex = parabola.GetVertex();
+            CNuVector xAxis = parabola.GetXaxis();
+            // The directrix is the line x = -f of the local frame, the focus (f, 0).
+            double dDirectrix = std::fabs(OffsetDot(*this, vertex, xAxis) + f);
+            double dFocus = DistanceTo(vertex + (xAxis * f).To3DPoint());
+            dOff = dDirectrix - dFocus;
+            bOuter = dDirectrix <= dFocus;
+            break;
+        }
+        default:
+            Unsupported(pszLocation);
+    }
+    if (dTol > std::fabs(dOff)) return eCurveSideOn;
+    return bOuter ? eCurveSideOuter : eCurveSideInner;
 }
 
 CNuGeometry::ESurfaceSideType CNuPoint::SurfaceSide(const CNuGeometry& surface, double dTol) const {

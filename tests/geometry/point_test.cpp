@@ -6,6 +6,7 @@
 #include <string>
 
 #include "geometry_test_support.h"
+#include "numorix/curves/circle.h"
 #include "numorix/foundation/tolerance.h"
 #include "numorix/geometry/cartesian_coord.h"
 #include "numorix/geometry/line.h"
@@ -125,17 +126,30 @@ TEST(Point, TellsSidesOfLinesAndPlanesAndRefusesShapesItCannotMeasure) {
     CNuPoint p(1.0, 2.0, 3.0);
     test::TaggedSurface torus(CNuObject::eTypeTorSurf);
     test::TaggedSurface cylinder(CNuObject::eTypeCylSurf);
-    test::TaggedCurve circle(CNuObject::eTypeCircle);
+    test::TaggedCurve pcurve(CNuObject::eTypePCurve);
     const char* pszDistance = "CNuPoint::DistanceTo()";
     ExpectNuFailure<Op>([&] { p.DistanceTo(torus); }, 145, "calculation", pszDistance);
     ExpectNuFailure<Op>([&] { p.DistanceTo(cylinder); }, 145, "calculation", pszDistance);
-    ExpectNuFailure<Op>([&] { p.DistanceTo(circle); }, 145, "calculation", pszDistance);
+    ExpectNuFailure<Op>([&] { p.DistanceTo(pcurve); }, 145, "calculation", pszDistance);
     ExpectNuFailure<Op>([&] { p.ProjectionOn(torus); }, 145, "calculation",
                         "CNuPoint::ProjectionOn(CNuSurface)");
-    ExpectNuFailure<Op>([&] { p.CurveSide(circle, 1e-9); }, 145, "calculation",
+    ExpectNuFailure<Op>([&] { p.CurveSide(pcurve, 1e-9); }, 145, "calculation",
                         "CNuPoint::CurveSide()");
     ExpectNuFailure<Op>([&] { p.SurfaceSide(xAxis, 1e-9); }, 145, "calculation",
                         "CNuPoint::SurfaceSide()");
+}
+
+TEST(Point, MeasuresCirclesInTheirPlaneAndRefusesPointsOffIt) {
+    CNuCircle circle(2.0, CNuPoint(1.0, 1.0, 1.0), CNuVector(0.0, 0.0, 1.0));
+    EXPECT_NEAR(CNuPoint(4.0, 1.0, 1.0).DistanceTo(circle), 1.0, kGeometry);
+    EXPECT_NEAR(CNuPoint(1.0, 1.0, 1.0).DistanceTo(circle), 2.0, kGeometry);
+    EXPECT_EQ(CNuPoint(3.0, 1.0, 1.0).CurveSide(circle, 1e-9), CNuGeometry::eCurveSideOn);
+    EXPECT_EQ(CNuPoint(1.5, 1.0, 1.0).CurveSide(circle, 1e-9), CNuGeometry::eCurveSideInner);
+    EXPECT_EQ(CNuPoint(9.0, 1.0, 1.0).CurveSide(circle, 1e-9), CNuGeometry::eCurveSideOuter);
+    ExpectNuFailure<Op>([&] { CNuPoint(1.0, 1.0, 2.0).DistanceTo(circle); }, 122, "calculation",
+                        "CNuPoint::DistanceTo()");
+    ExpectNuFailure<Op>([&] { CNuPoint(1.0, 1.0, 2.0).CurveSide(circle, 1e-9); }, 122,
+                        "calculation", "CNuPoint::CurveSide()");
 }
 
 TEST(Point, RecordHasTwentyFiveBytesAndAWrongTagReadsNothing) {

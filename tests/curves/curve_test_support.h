@@ -1,0 +1,88 @@
+// Helpers shared by the curve tests: random data, point comparison with the error printed, and
+// the frame of a positioned conic so that local points can be built independently of the library.
+#ifndef NUMORIX_TESTS_CURVES_CURVE_TEST_SUPPORT_H
+#define NUMORIX_TESTS_CURVES_CURVE_TEST_SUPPORT_H
+
+#include <cmath>
+#include <string>
+
+#include "nu_test.h"
+#include "numorix/geometry/point.h"
+#include "numorix/linalg/vector.h"
+
+namespace numorix {
+namespace test {
+
+// Intersections and conversions of data of order 1 in rotated frames: a few dozen operations,
+// the quadratic roots polished by the solver.
+constexpr double kCurve = 1e-10;
+
+inline CNuPoint RandomPoint(Random& rng, double dRange = 5.0) {
+    return CNuPoint(rng.Uniform(-dRange, dRange), rng.Uniform(-dRange, dRange),
+                    rng.Uniform(-dRange, dRange));
+}
+
+inline CNuVector RandomDirection(Random& rng) {
+    for (;;) {
+        CNuVector v(rng.Uniform(-1.0, 1.0), rng.Uniform(-1.0, 1.0), rng.Uniform(-1.0, 1.0));
+        if (v.Magnitude() > 0.1) return v;
+    }
+}
+
+inline double Gap(const CNuPoint& a, const CNuPoint& b) {
+    return std::sqrt((a.x() - b.x()) * (a.x() - b.x()) + (a.y() - b.y()) * (a.y() - b.y()) +
+                     (a.z() - b.z()) * (a.z() - b.z()));
+}
+
+inline std::string Text(const CNuPoint& p) {
+    return "(" + std::to_string(p.x()) + ", " + std::to_string(p.y()) + ", " +
+           std::to_string(p.z()) + ")";
+}
+
+inline ::testing::AssertionResult PointsNear(const CNuPoint& a, const CNuPoint& b, double dTol) {
+    double dGap = Gap(a, b);
+    if (dGap <= dTol) return ::testing::AssertionSuccess();
+    return ::testing::AssertionFailure()
+           << "points " << Text(a) << " and " << Text(b) << " are " << dGap << " apart";
+}
+
+// A right-handed orthonormal frame built here from a random normal, independent of the library's
+// own completion of an axis.
+struct Frame {
+    CNuPoint origin;
+    CNuVector x;
+    CNuVector y;
+    CNuVector z;
+
+    CNuPoint World(double lx, double ly, double lz = 0.0) const {
+        return CNuPoint(origin.x() + lx * x[0] + ly * y[0] + lz * z[0],
+                        origin.y() + lx * x[1] + ly * y[1] + lz * z[1],
+                        origin.z() + lx * x[2] + ly * y[2] + lz * z[2]);
+    }
+    // Local coordinates of a world point.
+    CNuPoint Local(const CNuPoint& p) const {
+        CNuVector d(p.x() - origin.x(), p.y() - origin.y(), p.z() - origin.z());
+        return CNuPoint(d % x, d % y, d % z);
+    }
+};
+
+inline Frame RandomFrame(Random& rng) {
+    Frame f;
+    f.origin = RandomPoint(rng);
+    f.z = RandomDirection(rng);
+    f.z.Normalise();
+    CNuVector helper = RandomDirection(rng);
+    f.x = f.z * helper;
+    while (f.x.Magnitude() < 0.1) {
+        helper = RandomDirection(rng);
+        f.x = f.z * helper;
+    }
+    f.x.Normalise();
+    f.y = f.z * f.x;
+    return f;
+}
+
+}  // namespace test
+}  // namespace numorix
+
+#endif  // NUMORIX_TESTS_CURVES_CURVE_TEST_SUPPORT_H
