@@ -121,6 +121,88 @@ TEST(LineMinZone, CollinearPointsGiveZoneZeroAndTheLeastSquaresLine) {
     EXPECT_EQ(outer.GetPoint().y(), zone.GetPoint().y());
 }
 
+// Two parallel edges 10 apart hold four supports, yet a slanted pair of bounding lines is about
+// 3 apart: a parallel pair settles only its own chord, never the search.
+TEST(LineMinZone, ParallelEdgesDoNotCutTheSearchShort) {
+    CNuPointArray kite = test::Points(
+        {CNuPoint(0, 0, 0), CNuPoint(0, 1, 0), CNuPoint(10, -1, 0), CNuPoint(10, 2, 0)});
+    CNuLine line;
+    double dZone = -1.0;
+    line.FitMinZone(kite, &dZone, kZoneTol, 100);
+    EXPECT_NEAR(dZone, test::BruteLineZone(kite), kZoneTol);
+    EXPECT_LT(dZone, 3.0) << "zone " << dZone;
+}
+
+// The returned middle line is half the zone from its farthest points, and at least two points lie
+// on one bounding line and one on the other: the zone rests on its supports.
+TEST(LineMinZone, ReturnedPairTouchesItsSupports) {
+    test::Random rng;
+    for (int k = 0; k < 8; ++k) {
+        CNuPointArray points = RandomPlanar(rng, rng.Integer(3, 30), 1.0);
+        CNuLine line, inner, outer;
+        double dZone = -1.0;
+        line.FitMinZone(points, &dZone, &inner, &outer, kZoneTol, 100);
+        int nOnInner = 0;
+        int nOnOuter = 0;
+        for (int i = 0; i < points.GetSize(); ++i) {
+            if (std::fabs(Side(points[i], inner)) < kInside) ++nOnInner;
+            if (std::fabs(Side(points[i], outer)) < kInside) ++nOnOuter;
+        }
+        EXPECT_GE(nOnInner, 1) << "set " << k;
+        EXPECT_GE(nOnOuter, 1) << "set " << k;
+        EXPECT_GE(nOnInner + nOnOuter, 3) << "set " << k << ": zone " << dZone;
+        double dWorst = 0.0;
+        for (int i = 0; i < points.GetSize(); ++i)
+            dWorst = std::max(dWorst, std::fabs(Side(points[i], line)));
+        EXPECT_NEAR(2.0 * dWorst, dZone, kInside) << "set " << k;
+    }
+}
+
+// The limit counts exchanges, and reaching it fails even when the last exchange found nothing
+// to change: one exchange can never finish, the least limit that succeeds fails one lower with
+// 212 located "CNuLine", and every larger limit gives the same zone.
+TEST(LineMinZone, ReachingTheExchangeLimitIsNotConverged) {
+    test::Random rng;
+    CNuPointArray points = RandomPlanar(rng, 25, 1.0);
+    CNuLine line;
+    double dZone = -1.0;
+    ExpectNuFailure<CNuBestfitException>([&] { line.FitMinZone(points, &dZone, kZoneTol, 1); }, 212,
+                                         nullptr, "CNuLine");
+    long lLeast = 0;
+    for (long l = 2; l <= 50 && lLeast == 0; ++l)
+        if (line.FitMinZoneEx(points, &dZone, kZoneTol, l) == eNuFitOk) lLeast = l;
+    ASSERT_GT(lLeast, 1) << "no limit up to 50 sufficed";
+    ExpectNuFailure<CNuBestfitException>(
+        [&] { line.FitMinZone(points, &dZone, kZoneTol, lLeast - 1); }, 212, nullptr, "CNuLine");
+    double dSaved = NuGetLengthTol();
+    EXPECT_EQ(line.FitMinZoneEx(points, &dZone, kZoneTol, lLeast - 1), eNuFitNotConverged);
+    EXPECT_EQ(NuGetLengthTol(), dSaved);
+    double dFirst = -1.0;
+    line.FitMinZone(points, &dFirst, kZoneTol, lLeast);
+    for (long l : {lLeast + 1, lLeast + 7, 1000L}) {
+        double dMore = -1.0;
+        line.FitMinZone(points, &dMore, kZoneTol, l);
+        EXPECT_EQ(dMore, dFirst) << "limit " << l;
+    }
+    EXPECT_NEAR(dFirst, test::BruteLineZone(points), kZoneTol);
+}
+
+// A NaN coordinate in a plane is refused with stored 211, not chased round the exchange.
+TEST(LineMinZone, NanCoordinateIsRefusedWithACause) {
+    CNuPointArray points =
+        test::Points({CNuPoint(0, 0, 0), CNuPoint(4, 0, 0), CNuPoint(0, 3, 0),
+                      CNuPoint(std::numeric_limits<double>::quiet_NaN(), 1, 0), CNuPoint(2, 2, 0)});
+    CNuLine line;
+    double dZone = -1.0;
+    try {
+        line.FitMinZone(points, &dZone, kZoneTol, 100);
+        ADD_FAILURE() << "NaN data gave zone " << dZone;
+    } catch (const CNuException& e) {
+        EXPECT_NE(e.m_nCause, 212) << test::MessageOf(e);
+    }
+    EXPECT_EQ(line.FitMinZoneEx(points, &dZone, kZoneTol, 100), eNuFitFailed);
+}
+
 TEST(LineMinZone, PointsInSpaceAwaitTheCircumscribedCylinder) {
     CNuPointArray tetra =
         test::Points({CNuPoint(0, 0, 0), CNuPoint(1, 0, 0), CNuPoint(0, 1, 0), CNuPoint(0, 0, 1)});
