@@ -4,6 +4,7 @@
 
 #include "numorix/complex/complex_array.h"
 #include "numorix/foundation/exception.h"
+#include "numorix/foundation/internal/scalar_kernels.h"
 #include "numorix/foundation/scalar.h"
 #include "numorix/foundation/tolerance.h"
 
@@ -133,24 +134,10 @@ double CNuComplex::Modulus() const { return NuPythag(m_dReal, m_dImaginary); }
 
 CNuComplex CNuComplex::Conjugate() const { return CNuComplex(m_dReal, -m_dImaginary); }
 
-// Principal root. w = sqrt(|z| + |Re|) / sqrt(2), written with the ratio of the smaller to the
-// larger part so that no square overflows; the other part is Im / (2 w).
+// Principal root, with the ratio of the smaller to the larger part so that no square overflows.
 CNuComplex CNuComplex::Sqrt() const {
-    double x = std::fabs(m_dReal);
-    double y = std::fabs(m_dImaginary);
-    double dZero = NuGetZero();
-    if (x < dZero && y < dZero) return CNuComplex(0.0, 0.0);
-    double w;
-    if (x >= y) {
-        double r = y / x;
-        w = std::sqrt(x) * std::sqrt((1.0 + std::sqrt(1.0 + r * r)) * 0.5);
-    } else {
-        double r = x / y;
-        w = std::sqrt(y) * std::sqrt((r + std::sqrt(1.0 + r * r)) * 0.5);
-    }
-    if (m_dReal >= 0.0) return CNuComplex(w, m_dImaginary / (2.0 * w));
-    if (m_dImaginary < 0.0) w = -w;
-    return CNuComplex(m_dImaginary / (2.0 * w), w);
+    internal::ComplexParts r = internal::ComplexSqrt(m_dReal, m_dImaginary);
+    return CNuComplex(r.re, r.im);
 }
 
 CNuComplex CNuComplex::Power(int n) const {

@@ -13,7 +13,7 @@ constexpr internal::ArrayTexts kComplexTexts = {
     "CNuComplexArray::SetSize()",
     "CNuComplexArray::SetExpandSize()",
     "CNuComplexArray::Truncate(int Size)",
-    "CNuComplexArray",  // First and Last fail as the element operator does
+    "CNuComplexArray",  // unused: First and Last fail as the element operator does
     "CNuComplexArray",
     "CNuComplexArray::Remove()",
     "CNuComplexArray::SubArray(i, j)",
@@ -55,12 +55,12 @@ CNuComplexArray::CNuComplexArray(int nSize, int nArrayExpandSize) {
 
 CNuComplexArray::CNuComplexArray(const CNuComplexArray& other)
     : m_pData(nullptr), m_nSize(0), m_nCapacity(0), m_nExpandSize(10) {
-    internal::Copy(Ref(), other.m_pData, other.m_nSize, other.m_nCapacity, other.m_nExpandSize);
+    internal::Copy(Ref(), other.Ref());
 }
 
 CNuComplexArray& CNuComplexArray::operator=(const CNuComplexArray& other) {
     if (this != &other) {
-        internal::Copy(Ref(), other.m_pData, other.m_nSize, other.m_nCapacity, other.m_nExpandSize);
+        internal::Copy(Ref(), other.Ref());
     }
     return *this;
 }
@@ -79,22 +79,14 @@ void CNuComplexArray::Clear() { m_nSize = 0; }
 CNuComplex& CNuComplexArray::operator[](int i) { return internal::At(Ref(), i); }
 const CNuComplex& CNuComplexArray::operator[](int i) const { return internal::At(Ref(), i); }
 
-// An empty array fails in First and Last with the texts of the element operator.
-CNuComplex& CNuComplexArray::First() {
-    if (m_nSize == 0) throw CNuOperationException(8, "element operator[]", "CNuComplexArray");
-    return m_pData[0];
-}
-
-CNuComplex& CNuComplexArray::Last() {
-    if (m_nSize == 0) throw CNuOperationException(8, "element operator[]", "CNuComplexArray");
-    return m_pData[m_nSize - 1];
-}
+// First and Last fail on an empty array with the texts of the element operator.
+CNuComplex& CNuComplexArray::First() { return internal::At(Ref(), 0); }
+CNuComplex& CNuComplexArray::Last() { return internal::At(Ref(), m_nSize - 1); }
 
 CNuComplexArray CNuComplexArray::SubArray(int i, int j) const {
     internal::CheckSubArray(Ref(), i, j);
     CNuComplexArray result(j - i + 1, m_nExpandSize);
-    internal::CopyElements(result.m_pData, m_pData + i, j - i + 1);
-    result.m_nSize = j - i + 1;
+    internal::FillSubArray(result.Ref(), Ref(), i, j);
     return result;
 }
 
@@ -127,12 +119,12 @@ CNuComplexPolarArray::CNuComplexPolarArray(int nSize, int nArrayExpandSize) {
 
 CNuComplexPolarArray::CNuComplexPolarArray(const CNuComplexPolarArray& other)
     : m_pData(nullptr), m_nSize(0), m_nCapacity(0), m_nExpandSize(10) {
-    internal::Copy(Ref(), other.m_pData, other.m_nSize, other.m_nCapacity, other.m_nExpandSize);
+    internal::Copy(Ref(), other.Ref());
 }
 
 CNuComplexPolarArray& CNuComplexPolarArray::operator=(const CNuComplexPolarArray& other) {
     if (this != &other) {
-        internal::Copy(Ref(), other.m_pData, other.m_nSize, other.m_nCapacity, other.m_nExpandSize);
+        internal::Copy(Ref(), other.Ref());
     }
     return *this;
 }
@@ -158,8 +150,7 @@ CNuComplexPolar& CNuComplexPolarArray::Last() { return internal::Last(Ref()); }
 CNuComplexPolarArray CNuComplexPolarArray::SubArray(int i, int j) const {
     internal::CheckSubArray(Ref(), i, j);
     CNuComplexPolarArray result(j - i + 1, m_nExpandSize);
-    internal::CopyElements(result.m_pData, m_pData + i, j - i + 1);
-    result.m_nSize = j - i + 1;
+    internal::FillSubArray(result.Ref(), Ref(), i, j);
     return result;
 }
 

@@ -28,37 +28,22 @@ CNuCircle::CNuCircle(double dRadius) : m_dRadius(dRadius) {
     conic::CheckPositive(dRadius, kLocation, "radius");
 }
 
-CNuCircle::CNuCircle(double dRadius, const CNuPoint& centre) : m_dRadius(dRadius) {
-    m_eObjectType = eTypeCircle;
-    conic::CheckPositive(dRadius, kLocation, "radius");
+CNuCircle::CNuCircle(double dRadius, const CNuPoint& centre) : CNuCircle(dRadius) {
     SetPosition(centre, CNuVector(1.0, 0.0, 0.0), CNuVector(0.0, 0.0, 1.0));
 }
 
 CNuCircle::CNuCircle(double dRadius, const CNuPoint& centre, const CNuVector& normal)
-    : m_dRadius(dRadius) {
-    m_eObjectType = eTypeCircle;
-    conic::CheckPositive(dRadius, kLocation, "radius");
-    CNuVector xAxis;
-    CNuVector zAxis;
-    conic::FrameFromNormal(normal, kLocation, &xAxis, &zAxis);
-    SetPosition(centre, xAxis, zAxis);
+    : CNuCircle(dRadius) {
+    conic::Frame frame = conic::FrameFromNormal(normal, kLocation);
+    SetPosition(centre, frame.xAxis, frame.zAxis);
 }
 
 CNuCircle::CNuCircle(const CNuCircle& other) = default;
 CNuCircle& CNuCircle::operator=(const CNuCircle& other) = default;
 CNuCircle::~CNuCircle() = default;
 
-CNuPoint CNuCircle::GetCentre() const {
-    CNuPoint centre;
-    GetPosition(&centre, nullptr, nullptr);
-    return centre;
-}
-
-CNuVector CNuCircle::GetNormal() const {
-    CNuVector normal;
-    GetPosition(nullptr, nullptr, &normal);
-    return normal;
-}
+CNuPoint CNuCircle::GetCentre() const { return GetFrameOrigin(); }
+CNuVector CNuCircle::GetNormal() const { return GetFrameZAxis(); }
 
 CNuPlane CNuCircle::GetPlane() const { return CNuPlane(GetCentre(), GetNormal()); }
 
@@ -98,14 +83,7 @@ int CNuCircle::IntersectWith(const CNuLine& line, CNuPoint* pFirst, CNuPoint* pS
 }
 
 int CNuCircle::IntersectWith(const CNuPlane& plane, CNuPoint* pFirst, CNuPoint* pSecond) const {
-    CNuLine line;
-    if (GetPlane().IntersectWith(plane, &line) == 0) return 0;
-    CNuPoint first;
-    CNuPoint second;
-    if (pFirst == nullptr) pFirst = &first;
-    if (pSecond == nullptr) pSecond = &second;
-    int nFound = IntersectWith(line, pFirst, pSecond);
-    return conic::KeepOnPlane(plane, nFound, pFirst, pSecond);
+    return conic::IntersectPlane(*this, plane, pFirst, pSecond);
 }
 
 int CNuCircle::IntersectWith(const CNuCircle& other, CNuPoint* pFirst, CNuPoint* pSecond) const {

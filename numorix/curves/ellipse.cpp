@@ -22,32 +22,22 @@ CNuEllipse::CNuEllipse(double dMajor, double dMinor) : m_dXRadius(dMajor), m_dYR
 }
 
 CNuEllipse::CNuEllipse(double dMajor, double dMinor, const CNuPoint& centre)
-    : m_dXRadius(dMajor), m_dYRadius(dMinor) {
-    m_eObjectType = eTypeEllipse;
-    Check();
+    : CNuEllipse(dMajor, dMinor) {
     SetPosition(centre, CNuVector(1.0, 0.0, 0.0), CNuVector(0.0, 0.0, 1.0));
 }
 
 CNuEllipse::CNuEllipse(double dMajor, double dMinor, const CNuPoint& centre,
                        const CNuVector& normal)
-    : m_dXRadius(dMajor), m_dYRadius(dMinor) {
-    m_eObjectType = eTypeEllipse;
-    Check();
-    CNuVector xAxis;
-    CNuVector zAxis;
-    conic::FrameFromNormal(normal, kLocation, &xAxis, &zAxis);
-    SetPosition(centre, xAxis, zAxis);
+    : CNuEllipse(dMajor, dMinor) {
+    conic::Frame frame = conic::FrameFromNormal(normal, kLocation);
+    SetPosition(centre, frame.xAxis, frame.zAxis);
 }
 
 CNuEllipse::CNuEllipse(double dMajor, double dMinor, const CNuPoint& centre,
                        const CNuVector& normal, const CNuVector& xAxis)
-    : m_dXRadius(dMajor), m_dYRadius(dMinor) {
-    m_eObjectType = eTypeEllipse;
-    Check();
-    CNuVector x;
-    CNuVector z;
-    conic::FrameFromAxes(normal, xAxis, kLocation, &x, &z);
-    SetPosition(centre, x, z);
+    : CNuEllipse(dMajor, dMinor) {
+    conic::Frame frame = conic::FrameFromAxes(normal, xAxis, kLocation);
+    SetPosition(centre, frame.xAxis, frame.zAxis);
 }
 
 CNuEllipse::CNuEllipse(const CNuEllipse& other) = default;
@@ -60,23 +50,9 @@ void CNuEllipse::Check() const {
     if (!(m_dXRadius > m_dYRadius)) throw CNuConstructionException(7, kLocation, "semi-axis");
 }
 
-CNuPoint CNuEllipse::GetCentre() const {
-    CNuPoint centre;
-    GetPosition(&centre, nullptr, nullptr);
-    return centre;
-}
-
-CNuVector CNuEllipse::GetNormal() const {
-    CNuVector normal;
-    GetPosition(nullptr, nullptr, &normal);
-    return normal;
-}
-
-CNuVector CNuEllipse::GetXaxis() const {
-    CNuVector xAxis;
-    GetPosition(nullptr, &xAxis, nullptr);
-    return xAxis;
-}
+CNuPoint CNuEllipse::GetCentre() const { return GetFrameOrigin(); }
+CNuVector CNuEllipse::GetNormal() const { return GetFrameZAxis(); }
+CNuVector CNuEllipse::GetXaxis() const { return GetFrameXAxis(); }
 
 CNuPlane CNuEllipse::GetPlane() const { return CNuPlane(GetCentre(), GetNormal()); }
 
@@ -126,14 +102,7 @@ int CNuEllipse::IntersectWith(const CNuLine& line, CNuPoint* pFirst, CNuPoint* p
 }
 
 int CNuEllipse::IntersectWith(const CNuPlane& plane, CNuPoint* pFirst, CNuPoint* pSecond) const {
-    CNuLine line;
-    if (GetPlane().IntersectWith(plane, &line) == 0) return 0;
-    CNuPoint first;
-    CNuPoint second;
-    if (pFirst == nullptr) pFirst = &first;
-    if (pSecond == nullptr) pSecond = &second;
-    int nFound = IntersectWith(line, pFirst, pSecond);
-    return conic::KeepOnPlane(plane, nFound, pFirst, pSecond);
+    return conic::IntersectPlane(*this, plane, pFirst, pSecond);
 }
 
 }  // namespace numorix

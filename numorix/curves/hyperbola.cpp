@@ -25,32 +25,22 @@ CNuHyperbola::CNuHyperbola(double dTransverse, double dConjugate)
 }
 
 CNuHyperbola::CNuHyperbola(double dTransverse, double dConjugate, const CNuPoint& centre)
-    : m_dXRadius(dTransverse), m_dYRadius(dConjugate) {
-    m_eObjectType = eTypeHyperbola;
-    Check();
+    : CNuHyperbola(dTransverse, dConjugate) {
     SetPosition(centre, CNuVector(1.0, 0.0, 0.0), CNuVector(0.0, 0.0, 1.0));
 }
 
 CNuHyperbola::CNuHyperbola(double dTransverse, double dConjugate, const CNuPoint& centre,
                            const CNuVector& normal)
-    : m_dXRadius(dTransverse), m_dYRadius(dConjugate) {
-    m_eObjectType = eTypeHyperbola;
-    Check();
-    CNuVector xAxis;
-    CNuVector zAxis;
-    conic::FrameFromNormal(normal, kLocation, &xAxis, &zAxis);
-    SetPosition(centre, xAxis, zAxis);
+    : CNuHyperbola(dTransverse, dConjugate) {
+    conic::Frame frame = conic::FrameFromNormal(normal, kLocation);
+    SetPosition(centre, frame.xAxis, frame.zAxis);
 }
 
 CNuHyperbola::CNuHyperbola(double dTransverse, double dConjugate, const CNuPoint& centre,
                            const CNuVector& normal, const CNuVector& xAxis)
-    : m_dXRadius(dTransverse), m_dYRadius(dConjugate) {
-    m_eObjectType = eTypeHyperbola;
-    Check();
-    CNuVector x;
-    CNuVector z;
-    conic::FrameFromAxes(normal, xAxis, kLocation, &x, &z);
-    SetPosition(centre, x, z);
+    : CNuHyperbola(dTransverse, dConjugate) {
+    conic::Frame frame = conic::FrameFromAxes(normal, xAxis, kLocation);
+    SetPosition(centre, frame.xAxis, frame.zAxis);
 }
 
 CNuHyperbola::CNuHyperbola(const CNuHyperbola& other) = default;
@@ -62,23 +52,9 @@ void CNuHyperbola::Check() const {
     conic::CheckPositive(m_dYRadius, kLocation, "semi-axis");
 }
 
-CNuPoint CNuHyperbola::GetCentre() const {
-    CNuPoint centre;
-    GetPosition(&centre, nullptr, nullptr);
-    return centre;
-}
-
-CNuVector CNuHyperbola::GetNormal() const {
-    CNuVector normal;
-    GetPosition(nullptr, nullptr, &normal);
-    return normal;
-}
-
-CNuVector CNuHyperbola::GetXaxis() const {
-    CNuVector xAxis;
-    GetPosition(nullptr, &xAxis, nullptr);
-    return xAxis;
-}
+CNuPoint CNuHyperbola::GetCentre() const { return GetFrameOrigin(); }
+CNuVector CNuHyperbola::GetNormal() const { return GetFrameZAxis(); }
+CNuVector CNuHyperbola::GetXaxis() const { return GetFrameXAxis(); }
 
 CNuPlane CNuHyperbola::GetPlane() const { return CNuPlane(GetCentre(), GetNormal()); }
 
@@ -130,14 +106,7 @@ int CNuHyperbola::IntersectWith(const CNuLine& line, CNuPoint* pFirst, CNuPoint*
 }
 
 int CNuHyperbola::IntersectWith(const CNuPlane& plane, CNuPoint* pFirst, CNuPoint* pSecond) const {
-    CNuLine line;
-    if (GetPlane().IntersectWith(plane, &line) == 0) return 0;
-    CNuPoint first;
-    CNuPoint second;
-    if (pFirst == nullptr) pFirst = &first;
-    if (pSecond == nullptr) pSecond = &second;
-    int nFound = IntersectWith(line, pFirst, pSecond);
-    return conic::KeepOnPlane(plane, nFound, pFirst, pSecond);
+    return conic::IntersectPlane(*this, plane, pFirst, pSecond);
 }
 
 }  // namespace numorix

@@ -207,28 +207,18 @@ double CNuLineSegment::DistanceTo(const CNuLineSegment& other, CNuPoint* pOnThis
     double dBest = other.DistanceTo(end, &closest);
     onThis = end;
     onOther = closest;
-
+    auto consider = [&](double d, const CNuPoint& a, const CNuPoint& b) {
+        if (!(d < dBest)) return;
+        dBest = d;
+        onThis = a;
+        onOther = b;
+    };
     CNuPoint start = GetStartPoint();
-    double d = other.DistanceTo(start, &closest);
-    if (d < dBest) {
-        dBest = d;
-        onThis = start;
-        onOther = closest;
-    }
+    consider(other.DistanceTo(start, &closest), start, closest);
     CNuPoint otherStart = other.GetStartPoint();
-    d = DistanceTo(otherStart, &closest);
-    if (d < dBest) {
-        dBest = d;
-        onThis = closest;
-        onOther = otherStart;
-    }
+    consider(DistanceTo(otherStart, &closest), closest, otherStart);
     CNuPoint otherEnd = other.GetEndPoint();
-    d = DistanceTo(otherEnd, &closest);
-    if (d < dBest) {
-        dBest = d;
-        onThis = closest;
-        onOther = otherEnd;
-    }
+    consider(DistanceTo(otherEnd, &closest), closest, otherEnd);
     if (pOnThis != nullptr) *pOnThis = onThis;
     if (pOnOther != nullptr) *pOnOther = onOther;
     return dBest;

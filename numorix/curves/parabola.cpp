@@ -23,55 +23,30 @@ CNuParabola::CNuParabola(double dFocalLength) : m_dFocalLength(dFocalLength) {
     conic::CheckPositive(dFocalLength, kLocation, kName);
 }
 
-CNuParabola::CNuParabola(double dFocalLength, const CNuPoint& vertex)
-    : m_dFocalLength(dFocalLength) {
-    m_eObjectType = eTypeParabola;
-    conic::CheckPositive(dFocalLength, kLocation, kName);
+CNuParabola::CNuParabola(double dFocalLength, const CNuPoint& vertex) : CNuParabola(dFocalLength) {
     SetPosition(vertex, CNuVector(1.0, 0.0, 0.0), CNuVector(0.0, 0.0, 1.0));
 }
 
 CNuParabola::CNuParabola(double dFocalLength, const CNuPoint& vertex, const CNuVector& normal)
-    : m_dFocalLength(dFocalLength) {
-    m_eObjectType = eTypeParabola;
-    conic::CheckPositive(dFocalLength, kLocation, kName);
-    CNuVector xAxis;
-    CNuVector zAxis;
-    conic::FrameFromNormal(normal, kLocation, &xAxis, &zAxis);
-    SetPosition(vertex, xAxis, zAxis);
+    : CNuParabola(dFocalLength) {
+    conic::Frame frame = conic::FrameFromNormal(normal, kLocation);
+    SetPosition(vertex, frame.xAxis, frame.zAxis);
 }
 
 CNuParabola::CNuParabola(double dFocalLength, const CNuPoint& vertex, const CNuVector& normal,
                          const CNuVector& xAxis)
-    : m_dFocalLength(dFocalLength) {
-    m_eObjectType = eTypeParabola;
-    conic::CheckPositive(dFocalLength, kLocation, kName);
-    CNuVector x;
-    CNuVector z;
-    conic::FrameFromAxes(normal, xAxis, kLocation, &x, &z);
-    SetPosition(vertex, x, z);
+    : CNuParabola(dFocalLength) {
+    conic::Frame frame = conic::FrameFromAxes(normal, xAxis, kLocation);
+    SetPosition(vertex, frame.xAxis, frame.zAxis);
 }
 
 CNuParabola::CNuParabola(const CNuParabola& other) = default;
 CNuParabola& CNuParabola::operator=(const CNuParabola& other) = default;
 CNuParabola::~CNuParabola() = default;
 
-CNuPoint CNuParabola::GetVertex() const {
-    CNuPoint vertex;
-    GetPosition(&vertex, nullptr, nullptr);
-    return vertex;
-}
-
-CNuVector CNuParabola::GetNormal() const {
-    CNuVector normal;
-    GetPosition(nullptr, nullptr, &normal);
-    return normal;
-}
-
-CNuVector CNuParabola::GetXaxis() const {
-    CNuVector xAxis;
-    GetPosition(nullptr, &xAxis, nullptr);
-    return xAxis;
-}
+CNuPoint CNuParabola::GetVertex() const { return GetFrameOrigin(); }
+CNuVector CNuParabola::GetNormal() const { return GetFrameZAxis(); }
+CNuVector CNuParabola::GetXaxis() const { return GetFrameXAxis(); }
 
 CNuPlane CNuParabola::GetPlane() const { return CNuPlane(GetVertex(), GetNormal()); }
 
@@ -121,14 +96,7 @@ int CNuParabola::IntersectWith(const CNuLine& line, CNuPoint* pFirst, CNuPoint* 
 }
 
 int CNuParabola::IntersectWith(const CNuPlane& plane, CNuPoint* pFirst, CNuPoint* pSecond) const {
-    CNuLine line;
-    if (GetPlane().IntersectWith(plane, &line) == 0) return 0;
-    CNuPoint first;
-    CNuPoint second;
-    if (pFirst == nullptr) pFirst = &first;
-    if (pSecond == nullptr) pSecond = &second;
-    int nFound = IntersectWith(line, pFirst, pSecond);
-    return conic::KeepOnPlane(plane, nFound, pFirst, pSecond);
+    return conic::IntersectPlane(*this, plane, pFirst, pSecond);
 }
 
 }  // namespace numorix

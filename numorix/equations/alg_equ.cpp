@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "numorix/foundation/exception.h"
+#include "numorix/foundation/internal/scalar_kernels.h"
 #include "numorix/foundation/scalar.h"
 #include "numorix/foundation/tolerance.h"
 
@@ -77,37 +78,12 @@ inline SPair operator/(SPair a, SPair b) {
     return {(a.re * r + a.im) / d, (a.im * r - a.re) / d};
 }
 
-// The scaled hypotenuse, as NuPythag.
-inline double Modulus(SPair z) {
-    double p = std::fabs(z.re);
-    double q = std::fabs(z.im);
-    if (q > p) {
-        double t = p;
-        p = q;
-        q = t;
-    }
-    if (NuGetZero() > p) return 0.0;
-    double r = q / p;
-    return p * std::sqrt(1.0 + r * r);
-}
+// The scaled hypotenuse and the principal root, by the kernels of NuPythag and CNuComplex::Sqrt.
+inline double Modulus(SPair z) { return internal::Pythag(z.re, z.im); }
 
-// The principal root, as CNuComplex::Sqrt.
 inline SPair Sqrt(SPair z) {
-    double x = std::fabs(z.re);
-    double y = std::fabs(z.im);
-    double dZero = NuGetZero();
-    if (x < dZero && y < dZero) return {0.0, 0.0};
-    double w;
-    if (x >= y) {
-        double r = y / x;
-        w = std::sqrt(x) * std::sqrt((1.0 + std::sqrt(1.0 + r * r)) * 0.5);
-    } else {
-        double r = x / y;
-        w = std::sqrt(y) * std::sqrt((r + std::sqrt(1.0 + r * r)) * 0.5);
-    }
-    if (z.re >= 0.0) return {w, z.im / (2.0 * w)};
-    if (z.im < 0.0) w = -w;
-    return {z.im / (2.0 * w), w};
+    internal::ComplexParts r = internal::ComplexSqrt(z.re, z.im);
+    return {r.re, r.im};
 }
 
 inline SPair Snapped(SPair z, double dSnap) {

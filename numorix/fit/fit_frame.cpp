@@ -26,6 +26,23 @@ void CleanDirection(CNuVector* pDirection) {
     }
 }
 
+void CentredSvd(const CNuPointArray& points, const CNuPoint& mean, CNuVector* pW, CNuMatrix* pV) {
+    int n = points.GetSize();
+    const CNuPoint* p = points.GetData();
+    CNuMatrix A(n, 3);
+    double** ppA = A.GetData();
+    for (int i = 0; i < n; ++i) {
+        ppA[i][0] = p[i].x() - mean.x();
+        ppA[i][1] = p[i].y() - mean.y();
+        ppA[i][2] = p[i].z() - mean.z();
+    }
+    A.SVD(pW, pV);
+}
+
+CNuVector Column3(const CNuMatrix& m, int j) {
+    return CNuVector(m.Element(0, j), m.Element(1, j), m.Element(2, j));
+}
+
 double ScaledDistance(double dx, double dy, double dz) { return NuPythag(dx, dy, dz); }
 
 }  // namespace fit

@@ -29,21 +29,14 @@ void CNuLine::Fit(const CNuPointArray& points) {
         m_direction = direction;
         return;
     }
-    CNuMatrix A(n, 3);
-    double** ppA = A.GetData();
-    for (int i = 0; i < n; ++i) {
-        ppA[i][0] = p[i].x() - mean.x();
-        ppA[i][1] = p[i].y() - mean.y();
-        ppA[i][2] = p[i].z() - mean.z();
-    }
     CNuVector w(3);
     CNuMatrix V(3, 3);
-    A.SVD(&w, &V);
+    fit::CentredSvd(points, mean, &w, &V);
     int nLargest = 0;
     for (int j = 1; j < 3; ++j)
         if (w[j] > w[nLargest]) nLargest = j;
     if (!(w[nLargest] > NuGetZero())) throw CNuBestfitException(2, "CNuLine", 2);
-    CNuVector direction(V.Element(0, nLargest), V.Element(1, nLargest), V.Element(2, nLargest));
+    CNuVector direction = fit::Column3(V, nLargest);
     fit::CleanDirection(&direction);
     m_point = mean;
     m_direction = direction;

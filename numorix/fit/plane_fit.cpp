@@ -23,21 +23,13 @@ void CNuPlane::Fit(const CNuPointArray& points) {
         m_normal = normal;
         return;
     }
-    const CNuPoint* p = points.GetData();
-    CNuMatrix A(n, 3);
-    double** ppA = A.GetData();
-    for (int i = 0; i < n; ++i) {
-        ppA[i][0] = p[i].x() - mean.x();
-        ppA[i][1] = p[i].y() - mean.y();
-        ppA[i][2] = p[i].z() - mean.z();
-    }
     CNuVector w(3);
     CNuMatrix V(3, 3);
-    A.SVD(&w, &V);
+    fit::CentredSvd(points, mean, &w, &V);
     int nSmallest = 0;
     for (int j = 1; j < 3; ++j)
         if (w[j] < w[nSmallest]) nSmallest = j;
-    CNuVector result(V.Element(0, nSmallest), V.Element(1, nSmallest), V.Element(2, nSmallest));
+    CNuVector result = fit::Column3(V, nSmallest);
     fit::CleanDirection(&result);
     m_point = mean;
     m_normal = result;

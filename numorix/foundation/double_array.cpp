@@ -42,12 +42,12 @@ CNuDoubleArray::CNuDoubleArray(int nSize, int nArrayExpandSize) {
 
 CNuDoubleArray::CNuDoubleArray(const CNuDoubleArray& other)
     : m_pData(nullptr), m_nSize(0), m_nCapacity(0), m_nExpandSize(10) {
-    internal::Copy(Ref(), other.m_pData, other.m_nSize, other.m_nCapacity, other.m_nExpandSize);
+    internal::Copy(Ref(), other.Ref());
 }
 
 CNuDoubleArray& CNuDoubleArray::operator=(const CNuDoubleArray& other) {
     if (this != &other) {
-        internal::Copy(Ref(), other.m_pData, other.m_nSize, other.m_nCapacity, other.m_nExpandSize);
+        internal::Copy(Ref(), other.Ref());
     }
     return *this;
 }
@@ -69,8 +69,7 @@ double& CNuDoubleArray::Last() { return internal::Last(Ref()); }
 CNuDoubleArray CNuDoubleArray::SubArray(int i, int j) const {
     internal::CheckSubArray(Ref(), i, j);
     CNuDoubleArray result(j - i + 1, m_nExpandSize);
-    internal::CopyElements(result.m_pData, m_pData + i, j - i + 1);
-    result.m_nSize = j - i + 1;
+    internal::FillSubArray(result.Ref(), Ref(), i, j);
     return result;
 }
 

@@ -63,12 +63,12 @@ CNuIntArray::CNuIntArray(int nSize, int nArrayExpandSize) {
 
 CNuIntArray::CNuIntArray(const CNuIntArray& other)
     : m_pData(nullptr), m_nSize(0), m_nCapacity(0), m_nExpandSize(10) {
-    internal::Copy(Ref(), other.m_pData, other.m_nSize, other.m_nCapacity, other.m_nExpandSize);
+    internal::Copy(Ref(), other.Ref());
 }
 
 CNuIntArray& CNuIntArray::operator=(const CNuIntArray& other) {
     if (this != &other) {
-        internal::Copy(Ref(), other.m_pData, other.m_nSize, other.m_nCapacity, other.m_nExpandSize);
+        internal::Copy(Ref(), other.Ref());
     }
     return *this;
 }
@@ -95,8 +95,7 @@ int& CNuIntArray::Last() { return internal::Last(Ref()); }
 CNuIntArray CNuIntArray::SubArray(int i, int j) const {
     internal::CheckSubArray(Ref(), i, j);
     CNuIntArray result(j - i + 1, m_nExpandSize);
-    internal::CopyElements(result.m_pData, m_pData + i, j - i + 1);
-    result.m_nSize = j - i + 1;
+    internal::FillSubArray(result.Ref(), Ref(), i, j);
     return result;
 }
 

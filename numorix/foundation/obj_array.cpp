@@ -37,12 +37,12 @@ CNuObjArray::CNuObjArray(int nSize, int nArrayExpandSize) {
 
 CNuObjArray::CNuObjArray(const CNuObjArray& other)
     : m_pData(nullptr), m_nSize(0), m_nCapacity(0), m_nExpandSize(10) {
-    internal::Copy(Ref(), other.m_pData, other.m_nSize, other.m_nCapacity, other.m_nExpandSize);
+    internal::Copy(Ref(), other.Ref());
 }
 
 CNuObjArray& CNuObjArray::operator=(const CNuObjArray& other) {
     if (this != &other) {
-        internal::Copy(Ref(), other.m_pData, other.m_nSize, other.m_nCapacity, other.m_nExpandSize);
+        internal::Copy(Ref(), other.Ref());
     }
     return *this;
 }

@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "numorix/foundation/exception.h"
+#include "numorix/foundation/internal/scalar_kernels.h"
 #include "numorix/foundation/tolerance.h"
 
 namespace numorix {
@@ -17,18 +18,7 @@ ENuBoolean NuIsEqual(int nSize1, int nSize2, const double* pdData1, const double
     return eNuTrue;
 }
 
-double NuPythag(double a, double b) {
-    double p = std::fabs(a);
-    double q = std::fabs(b);
-    if (q > p) {
-        double t = p;
-        p = q;
-        q = t;
-    }
-    if (NuGetZero() > p) return 0.0;
-    double r = q / p;
-    return p * std::sqrt(1.0 + r * r);
-}
+double NuPythag(double a, double b) { return internal::Pythag(a, b); }
 
 double NuPythag(double a, double b, double c) {
     double p = std::fabs(a);

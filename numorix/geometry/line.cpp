@@ -141,8 +141,7 @@ CNuLine CNuLine::MidLine(const CNuLine& other) const {
 }
 
 CNuLine CNuLine::MidLine(const CNuPlane& plane) const {
-    double dAngle = m_direction.AngleWith(plane.GetNormal());
-    if (!(NuGetDegreeTol() > std::fabs(90.0 - dAngle))) {
+    if (IsParallelTo(plane, NuGetDegreeTol()) == eNuFalse) {
         throw CNuOperationException(25, "calculation", "CNuLine::MidLine()");
     }
     CNuLine result(*this);

@@ -69,6 +69,24 @@ void CNuNonLinearGeometry::GetPosition(CNuPoint* pOrigin, CNuVector* pXAxis,
     if (pZAxis != nullptr) *pZAxis = CNuVector(0.0, 0.0, 1.0);
 }
 
+CNuPoint CNuNonLinearGeometry::GetFrameOrigin() const {
+    CNuPoint origin;
+    GetPosition(&origin, nullptr, nullptr);
+    return origin;
+}
+
+CNuVector CNuNonLinearGeometry::GetFrameXAxis() const {
+    CNuVector xAxis;
+    GetPosition(nullptr, &xAxis, nullptr);
+    return xAxis;
+}
+
+CNuVector CNuNonLinearGeometry::GetFrameZAxis() const {
+    CNuVector zAxis;
+    GetPosition(nullptr, nullptr, &zAxis);
+    return zAxis;
+}
+
 void CNuNonLinearGeometry::SetPosition(const CNuPoint& origin, const CNuVector& xAxis,
                                        const CNuVector& zAxis) {
     CNuCartesianCoord* pNew = NewFrame(nullptr);
@@ -178,6 +196,5 @@ CNuMatrix CNuNonLinearGeometry::GetInverseTransformation() const {
         t.Element(3, j) = row[j];
     return t;
 }
-
 
 }  // namespace numorix

@@ -52,6 +52,10 @@ class CNuNonLinearGeometry : public CNuGeometry {
     CNuNonLinearGeometry();
     // Origin, X axis and Z axis; (0, 0, 0), (1, 0, 0), (0, 0, 1) without a position.
     void GetPosition(CNuPoint* pOrigin, CNuVector* pXAxis, CNuVector* pZAxis) const;
+    // The three parts of GetPosition one at a time, for the accessors of the derived elements.
+    CNuPoint GetFrameOrigin() const;
+    CNuVector GetFrameXAxis() const;
+    CNuVector GetFrameZAxis() const;
     // Replaces the position by a new frame, stored as given (nothing is normalised).
     void SetPosition(const CNuPoint& origin, const CNuVector& xAxis, const CNuVector& zAxis);
 

@@ -33,9 +33,7 @@ void Cramer(double a1, double b1, double c1, double a2, double b2, double c2, do
 
 }  // namespace
 
-CNuPlane::CNuPlane() : m_point(0.0, 0.0, 0.0), m_normal(UnitZ()) {
-    m_eObjectType = eTypePlane;
-}
+CNuPlane::CNuPlane() : m_point(0.0, 0.0, 0.0), m_normal(UnitZ()) { m_eObjectType = eTypePlane; }
 
 CNuPlane::CNuPlane(const CNuPoint& point, const CNuVector& normal)
     : m_point(point), m_normal(normal) {
@@ -110,8 +108,7 @@ CNuPlane CNuPlane::MidPlane(const CNuPoint& point) const {
 }
 
 CNuPlane CNuPlane::MidPlane(const CNuLine& line) const {
-    double dAngle = line.GetDirection().AngleWith(m_normal);
-    if (!(NuGetDegreeTol() > std::fabs(90.0 - dAngle))) {
+    if (line.IsParallelTo(*this, NuGetDegreeTol()) == eNuFalse) {
         throw CNuOperationException(25, "calculation", "CNuPlane::MidPlane()");
     }
     CNuPlane result(*this);
@@ -120,7 +117,7 @@ CNuPlane CNuPlane::MidPlane(const CNuLine& line) const {
 }
 
 CNuPlane CNuPlane::MidPlane(const CNuPlane& other) const {
-    if (!(NuGetDegreeTol() > FoldedAngle(m_normal, other.m_normal))) {
+    if (IsParallelTo(other, NuGetDegreeTol()) == eNuFalse) {
         throw CNuOperationException(24, "calculation", "CNuPlane::MidPlane()");
     }
     CNuPlane result(*this);
@@ -129,7 +126,7 @@ CNuPlane CNuPlane::MidPlane(const CNuPlane& other) const {
 }
 
 double CNuPlane::DistanceTo(const CNuPlane& other) const {
-    if (!(NuGetDegreeTol() > FoldedAngle(m_normal, other.m_normal))) return 0.0;
+    if (IsParallelTo(other, NuGetDegreeTol()) == eNuFalse) return 0.0;
     return m_point.DistanceTo(other);
 }
 
@@ -138,7 +135,7 @@ int CNuPlane::IntersectWith(const CNuLine& line, CNuPoint* pPoint) const {
 }
 
 int CNuPlane::IntersectWith(const CNuPlane& other, CNuLine* pLine) const {
-    if (NuGetDegreeTol() > FoldedAngle(m_normal, other.m_normal)) return 0;
+    if (IsParallelTo(other, NuGetDegreeTol()) == eNuTrue) return 0;
     const double* n1 = m_normal.GetData();
     const double* n2 = other.m_normal.GetData();
     double c1 = m_normal % m_point.To3DVector();

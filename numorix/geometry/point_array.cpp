@@ -34,6 +34,24 @@ bool Differs(const CNuPoint& a, const CNuPoint& b, double dTol) {
            std::fabs(a.z() - b.z()) >= dTol;
 }
 
+// The index k of the first point after p[0] that differs from it, n when none does, and with it
+// the direction from p[0] to p[k], normalised unless its magnitude is within NuGetZero().
+int FirstApart(const CNuPoint* p, int n, double dTol, CNuVector* pDirection) {
+    int k = 1;
+    while (k < n && !Differs(p[k], p[0], dTol))
+        ++k;
+    if (k == n) return n;
+    *pDirection = (p[k] - p[0]).To3DVector();
+    if (pDirection->Magnitude() > NuGetZero()) pDirection->Normalise();
+    return k;
+}
+
+// Whether some component of a 3-vector reaches dTol in magnitude.
+bool AnyReaches(const CNuVector& v, double dTol) {
+    const double* pd = v.GetData();
+    return std::fabs(pd[0]) >= dTol || std::fabs(pd[1]) >= dTol || std::fabs(pd[2]) >= dTol;
+}
+
 }  // namespace
 
 internal::ArrayRef<CNuPoint> CNuPointArray::Ref() const {
@@ -50,12 +68,12 @@ CNuPointArray::CNuPointArray(int nSize, int nArrayExpandSize) {
 
 CNuPointArray::CNuPointArray(const CNuPointArray& other)
     : m_pData(nullptr), m_nSize(0), m_nCapacity(0), m_nExpandSize(10) {
-    internal::Copy(Ref(), other.m_pData, other.m_nSize, other.m_nCapacity, other.m_nExpandSize);
+    internal::Copy(Ref(), other.Ref());
 }
 
 CNuPointArray& CNuPointArray::operator=(const CNuPointArray& other) {
     if (this != &other) {
-        internal::Copy(Ref(), other.m_pData, other.m_nSize, other.m_nCapacity, other.m_nExpandSize);
+        internal::Copy(Ref(), other.Ref());
     }
     return *this;
 }
@@ -77,8 +95,7 @@ CNuPoint& CNuPointArray::Last() { return internal::Last(Ref()); }
 CNuPointArray CNuPointArray::SubArray(int i, int j) const {
     internal::CheckSubArray(Ref(), i, j);
     CNuPointArray result(j - i + 1, m_nExpandSize);
-    internal::CopyElements(result.m_pData, m_pData + i, j - i + 1);
-    result.m_nSize = j - i + 1;
+    internal::FillSubArray(result.Ref(), Ref(), i, j);
     return result;
 }
 
@@ -202,16 +219,11 @@ ENuBoolean CNuPointArray::IsNoncollinear(CNuIntArray* pIndices, double dTol) con
     CheckNotEmpty("IsNoncollinear operation", "CNuPointArray::IsNoncollinear()");
     if (m_nSize < 3) return eNuFalse;
     const CNuPoint& p0 = m_pData[0];
-    int k = 1;
-    while (k < m_nSize && !Differs(m_pData[k], p0, dTol))
-        ++k;
+    CNuVector d;
+    int k = FirstApart(m_pData, m_nSize, dTol, &d);
     if (k == m_nSize) return eNuFalse;
-    CNuVector d = (m_pData[k] - p0).To3DVector();
-    if (d.Magnitude() > NuGetZero()) d.Normalise();
     for (int i = k + 1; i < m_nSize; ++i) {
-        CNuVector c = d * (m_pData[i] - p0).To3DVector();
-        const double* pc = c.GetData();
-        if (std::fabs(pc[0]) >= dTol || std::fabs(pc[1]) >= dTol || std::fabs(pc[2]) >= dTol) {
+        if (AnyReaches(d * (m_pData[i] - p0).To3DVector(), dTol)) {
             if (pIndices != nullptr) {
                 pIndices->Add(0);
                 pIndices->Add(k);
@@ -227,18 +239,12 @@ ENuBoolean CNuPointArray::IsNoncoplanar(CNuIntArray* pIndices, double dTol) cons
     CheckNotEmpty("IsNoncoplanar operation", "CNuPointArray::IsNoncoplanar()");
     if (m_nSize < 4) return eNuFalse;
     const CNuPoint& p0 = m_pData[0];
-    int k = 1;
-    while (k < m_nSize && !Differs(m_pData[k], p0, dTol))
-        ++k;
+    CNuVector d;
+    int k = FirstApart(m_pData, m_nSize, dTol, &d);
     if (k == m_nSize) return eNuFalse;
-    CNuVector d = (m_pData[k] - p0).To3DVector();
-    if (d.Magnitude() > NuGetZero()) d.Normalise();
     for (int j = k + 1; j < m_nSize; ++j) {
         CNuVector n = d * (m_pData[j] - p0).To3DVector();
-        const double* pn = n.GetData();
-        if (!(std::fabs(pn[0]) >= dTol || std::fabs(pn[1]) >= dTol || std::fabs(pn[2]) >= dTol)) {
-            continue;
-        }
+        if (!AnyReaches(n, dTol)) continue;
         n.Normalise();
         for (int l = j + 1; l < m_nSize; ++l) {
             if (std::fabs(n % (m_pData[l] - p0).To3DVector()) >= dTol) {

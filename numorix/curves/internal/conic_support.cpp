@@ -26,28 +26,24 @@ void CheckPositive(double dValue, const char* pszLocation, const char* pszName) 
     if (!(dValue > 0.0)) throw CNuConstructionException(5, pszLocation, pszName);
 }
 
-void FrameFromNormal(const CNuVector& normal, const char* pszLocation, CNuVector* pXAxis,
-                     CNuVector* pZAxis) {
+Frame FrameFromNormal(const CNuVector& normal, const char* pszLocation) {
     CheckAxisVector(normal, pszLocation);
-    CNuVector z(normal);
+    Frame frame{CNuVector(), CNuVector(normal)};
     // OrthonormalX normalises z in place and completes it with a unit X axis.
-    z.OrthonormalX(pXAxis);
-    *pZAxis = z;
+    frame.zAxis.OrthonormalX(&frame.xAxis);
+    return frame;
 }
 
-void FrameFromAxes(const CNuVector& normal, const CNuVector& xAxis, const char* pszLocation,
-                   CNuVector* pXAxis, CNuVector* pZAxis) {
+Frame FrameFromAxes(const CNuVector& normal, const CNuVector& xAxis, const char* pszLocation) {
     CheckAxisVector(normal, pszLocation);
     CheckAxisVector(xAxis, pszLocation);
     if (normal.IsOrthogonalTo(xAxis, NuGetRadianTol()) == eNuFalse) {
         throw CNuConstructionException(8, pszLocation);
     }
-    CNuVector x(xAxis);
-    CNuVector z(normal);
-    x.Normalise();
-    z.Normalise();
-    *pXAxis = x;
-    *pZAxis = z;
+    Frame frame{CNuVector(xAxis), CNuVector(normal)};
+    frame.xAxis.Normalise();
+    frame.zAxis.Normalise();
+    return frame;
 }
 
 void PlaceInWorld(const CNuNonLinearGeometry& curve, CNuPointArray* pPoints) {

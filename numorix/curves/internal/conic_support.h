@@ -26,15 +26,19 @@ namespace conic {
 // A shape number not strictly above 0.0: construction cause 5 with the noun.
 void CheckPositive(double dValue, const char* pszLocation, const char* pszName);
 
+// The two axes a conic's position is set from.
+struct Frame {
+    CNuVector xAxis;
+    CNuVector zAxis;
+};
+
 // The frame of a normal alone: the normal normalised and an X axis derived from it.
 // Refuses a normal of size other than 3 (cause 4), then a zero one (cause 3).
-void FrameFromNormal(const CNuVector& normal, const char* pszLocation, CNuVector* pXAxis,
-                     CNuVector* pZAxis);
+Frame FrameFromNormal(const CNuVector& normal, const char* pszLocation);
 
 // The frame of a normal and an X axis, both normalised. Sizes and zero tests as above, the normal
 // first; an X axis not orthogonal to the normal within NuGetRadianTol() is cause 8.
-void FrameFromAxes(const CNuVector& normal, const CNuVector& xAxis, const char* pszLocation,
-                   CNuVector* pXAxis, CNuVector* pZAxis);
+Frame FrameFromAxes(const CNuVector& normal, const CNuVector& xAxis, const char* pszLocation);
 
 // The local points carried into the world by GetTransformation(), when the curve has a position.
 void PlaceInWorld(const CNuNonLinearGeometry& curve, CNuPointArray* pPoints);
@@ -50,6 +54,21 @@ int IntersectLocalLine(const CNuNonLinearGeometry& curve, const CNuLine& localLi
 // Keeps the nFound written points that lie within NuGetLengthTol() of the plane, moving a kept
 // second point to the first place when the first is dropped. Returns how many were kept.
 int KeepOnPlane(const CNuPlane& plane, int nFound, CNuPoint* pFirst, CNuPoint* pSecond);
+
+// A conic against a plane: the line in which the conic's plane meets the other, intersected with
+// the conic, its points kept where they lie on the plane. Parallel planes give no point.
+template <class TConic>
+int IntersectPlane(const TConic& curve, const CNuPlane& plane, CNuPoint* pFirst,
+                   CNuPoint* pSecond) {
+    CNuLine line;
+    if (curve.GetPlane().IntersectWith(plane, &line) == 0) return 0;
+    CNuPoint first;
+    CNuPoint second;
+    if (pFirst == nullptr) pFirst = &first;
+    if (pSecond == nullptr) pSecond = &second;
+    int nFound = curve.IntersectWith(line, pFirst, pSecond);
+    return KeepOnPlane(plane, nFound, pFirst, pSecond);
+}
 
 }  // namespace conic
 }  // namespace numorix

@@ -12,12 +12,16 @@
 //                              reaching the limit, even in a converging last iteration, is 212
 //   CleanDirection             components below NuGetTol() become 0, then the largest component
 //                              (first of equals) is made positive
+//   CentredSvd                 the SVD of the n by 3 matrix of points less their mean, whose right
+//                              singular vectors give the directions of the line and plane fits
 #ifndef NUMORIX_FIT_INTERNAL_FIT_FRAME_H
 #define NUMORIX_FIT_INTERNAL_FIT_FRAME_H
 
 #include "numorix/fit/fit_result.h"
 #include "numorix/foundation/exception.h"
 #include "numorix/foundation/tolerance.h"
+#include "numorix/geometry/point.h"
+#include "numorix/geometry/point_array.h"
 #include "numorix/linalg/linear_equ_sys.h"
 #include "numorix/linalg/matrix.h"
 #include "numorix/linalg/vector.h"
@@ -110,6 +114,13 @@ long GaussNewton(long lMaxIterations, const char* pszLocation, CNuMatrix& J, CNu
 
 // Sign cleaning of a fitted direction of size 3.
 void CleanDirection(CNuVector* pDirection);
+
+// The SVD A = U diag(w) V^T of the n by 3 matrix A whose rows are the points less the mean: the
+// singular values into pW (size 3), the right singular vectors into the columns of pV (3 by 3).
+void CentredSvd(const CNuPointArray& points, const CNuPoint& mean, CNuVector* pW, CNuMatrix* pV);
+
+// Column j of a 3 by 3 matrix as a vector of size 3.
+CNuVector Column3(const CNuMatrix& m, int j);
 
 // sqrt(dx^2 + dy^2 + dz^2), scaled by the largest difference; 0 when that is below NuGetZero().
 double ScaledDistance(double dx, double dy, double dz);

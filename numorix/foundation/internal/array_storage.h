@@ -144,6 +144,11 @@ void Copy(ArrayRef<T> a, const T* pOther, int nOtherSize, int nOtherCapacity,
 }
 
 template <class T>
+void Copy(ArrayRef<T> a, ArrayRef<T> other) {
+    Copy(a, other.pData, other.nSize, other.nCapacity, other.nExpandSize);
+}
+
+template <class T>
 void SetExpandSize(ArrayRef<T> a, int nExpandSize) {
     if (nExpandSize < 1) {
         throw CNuOperationException(14, "SetExpandSize operation", a.texts.pszSetExpand);
@@ -258,6 +263,14 @@ void CheckSubArray(ArrayRef<T> a, int i, int j) {
         throw CNuOperationException(3, "SubArray operation", a.texts.pszSubArray, 0, a.nSize - 1);
     }
     if (i > j) throw CNuOperationException(15, "SubArray operation", a.texts.pszSubArray);
+}
+
+// The body of SubArray(i, j) after CheckSubArray: elements i to j of a into the fresh result,
+// built with the capacity j - i + 1.
+template <class T>
+void FillSubArray(ArrayRef<T> result, ArrayRef<T> a, int i, int j) {
+    CopyElements(result.pData, a.pData + i, j - i + 1);
+    result.nSize = j - i + 1;
 }
 
 // Clear of the block-copied arrays: size 0 and the whole capacity zero-filled.

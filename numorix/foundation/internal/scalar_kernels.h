@@ -1,0 +1,58 @@
+// Inline kernels of two scalar operations, shared by the library's out-of-line functions and by
+// hot loops that should not pay a call for them (the Laguerre iteration of the equation solver):
+//
+//   Pythag(a, b)        sqrt(a^2 + b^2) scaled by the larger magnitude p so that no square
+//                       overflows: p sqrt(1 + (q / p)^2); 0.0 when p is below NuGetZero().
+//   ComplexSqrt(x, y)   the principal root of x + i y: w = sqrt(|z| + |x|) / sqrt(2), written with
+//                       the ratio of the smaller to the larger part; the other part is y / (2 w).
+//                       Both parts below NuGetZero() give 0.
+#ifndef NUMORIX_FOUNDATION_INTERNAL_SCALAR_KERNELS_H
+#define NUMORIX_FOUNDATION_INTERNAL_SCALAR_KERNELS_H
+
+#include <cmath>
+
+#include "numorix/foundation/tolerance.h"
+
+namespace numorix {
+namespace internal {
+
+struct ComplexParts {
+    double re;
+    double im;
+};
+
+inline double Pythag(double a, double b) {
+    double p = std::fabs(a);
+    double q = std::fabs(b);
+    if (q > p) {
+        double t = p;
+        p = q;
+        q = t;
+    }
+    if (NuGetZero() > p) return 0.0;
+    double r = q / p;
+    return p * std::sqrt(1.0 + r * r);
+}
+
+inline ComplexParts ComplexSqrt(double dRe, double dIm) {
+    double x = std::fabs(dRe);
+    double y = std::fabs(dIm);
+    double dZero = NuGetZero();
+    if (x < dZero && y < dZero) return {0.0, 0.0};
+    double w;
+    if (x >= y) {
+        double r = y / x;
+        w = std::sqrt(x) * std::sqrt((1.0 + std::sqrt(1.0 + r * r)) * 0.5);
+    } else {
+        double r = x / y;
+        w = std::sqrt(y) * std::sqrt((r + std::sqrt(1.0 + r * r)) * 0.5);
+    }
+    if (dRe >= 0.0) return {w, dIm / (2.0 * w)};
+    if (dIm < 0.0) w = -w;
+    return {dIm / (2.0 * w), w};
+}
+
+}  // namespace internal
+}  // namespace numorix
+
+#endif  // NUMORIX_FOUNDATION_INTERNAL_SCALAR_KERNELS_H
