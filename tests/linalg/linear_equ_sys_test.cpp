@@ -4,7 +4,7 @@
 #include <cmath>
 #include <limits>
 
-#include "dense_helpers.h"
+#include "dense_support.h"
 #include "nu_test.h"
 #include "numorix/foundation/exception.h"
 #include "numorix/foundation/tolerance.h"

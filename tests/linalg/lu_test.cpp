@@ -3,7 +3,7 @@
 #include <cmath>
 #include <vector>
 
-#include "dense_helpers.h"
+#include "dense_support.h"
 #include "nu_test.h"
 #include "numorix/foundation/exception.h"
 #include "numorix/foundation/int_array.h"

@@ -1,7 +1,8 @@
-// Helpers of the linear algebra tests: conversions between CNuMatrix / CNuVector and Eigen (the
-// oracle for products and solves), random matrices, and the LAPACK entry points used as oracles.
-#ifndef NUMORIX_TESTS_LINALG_DENSE_HELPERS_H
-#define NUMORIX_TESTS_LINALG_DENSE_HELPERS_H
+// Dense helpers of the linear algebra and fit tests: conversions between CNuMatrix / CNuVector and
+// Eigen (the oracle for products and solves), random matrices, and the LAPACK entry points used as
+// oracles.
+#ifndef NUMORIX_TESTS_SUPPORT_DENSE_SUPPORT_H
+#define NUMORIX_TESTS_SUPPORT_DENSE_SUPPORT_H
 
 #include <Eigen/Dense>
 
@@ -91,4 +92,4 @@ inline std::vector<double> LapackSingularValues(const CNuMatrix& A) {
 }  // namespace test
 }  // namespace numorix
 
-#endif  // NUMORIX_TESTS_LINALG_DENSE_HELPERS_H
+#endif  // NUMORIX_TESTS_SUPPORT_DENSE_SUPPORT_H
