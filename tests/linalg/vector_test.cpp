@@ -5,7 +5,7 @@
 #include <string>
 #include <utility>
 
-#include "nu_test.h"
+#include "dense_support.h"
 #include "numorix/foundation/double_array.h"
 #include "numorix/foundation/int_array.h"
 #include "numorix/foundation/tolerance.h"
@@ -23,21 +23,9 @@ constexpr double kGeometry = 1e-13;
 // of the angle near 0 and 180 degrees, more than the plain relative rounding.
 constexpr double kDegrees = 1e-11;
 
-CNuVector RandomVector(test::Random& rng, int nSize = 3) {
-    CNuVector v(nSize);
-    for (int i = 0; i < nSize; ++i)
-        v[i] = rng.Uniform(-2.0, 2.0);
-    return v;
-}
+CNuVector RandomVector(test::Random& rng) { return test::RandomVector(rng, 3, -2.0, 2.0); }
 
-// A vector of any size from its elements.
-CNuVector Vec(std::initializer_list<double> elements) {
-    CNuVector v(static_cast<int>(elements.size()));
-    int i = 0;
-    for (double d : elements)
-        v[i++] = d;
-    return v;
-}
+using test::Vec;
 
 double Distance(const CNuVector& a, const CNuVector& b) { return (a - b).Magnitude(); }
 

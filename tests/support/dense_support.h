@@ -6,6 +6,7 @@
 
 #include <Eigen/Dense>
 
+#include <initializer_list>
 #include <vector>
 
 #include "nu_test.h"
@@ -50,6 +51,28 @@ inline CNuVector FromEigen(const Eigen::VectorXd& E) {
     for (int i = 0; i < v.GetSize(); ++i)
         v.GetData()[i] = E(i);
     return v;
+}
+
+// A vector of any size from its elements.
+inline CNuVector Vec(std::initializer_list<double> elements) {
+    CNuVector v(static_cast<int>(elements.size()));
+    int i = 0;
+    for (double d : elements)
+        v[i++] = d;
+    return v;
+}
+
+// A matrix from its rows, written out.
+inline CNuMatrix Mat(std::initializer_list<std::initializer_list<double>> rows) {
+    CNuMatrix A(static_cast<int>(rows.size()), static_cast<int>(rows.begin()->size()));
+    int i = 0;
+    for (const auto& row : rows) {
+        int j = 0;
+        for (double d : row)
+            A.GetData()[i][j++] = d;
+        ++i;
+    }
+    return A;
 }
 
 inline CNuMatrix RandomMatrix(Random& rng, int m, int n, double dLow = -1.0, double dHigh = 1.0) {
