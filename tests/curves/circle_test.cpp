@@ -3,7 +3,7 @@
 // by their residuals on both circles.
 #include <cmath>
 
-#include "curve_test_support.h"
+#include "geometry_support.h"
 #include "numorix/curves/circle.h"
 #include "numorix/foundation/tolerance.h"
 #include "numorix/geometry/line.h"

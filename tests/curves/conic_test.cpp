@@ -4,7 +4,7 @@
 #include <cmath>
 #include <functional>
 
-#include "curve_test_support.h"
+#include "geometry_support.h"
 #include "numorix/curves/ellipse.h"
 #include "numorix/curves/hyperbola.h"
 #include "numorix/curves/parabola.h"

@@ -7,7 +7,7 @@
 #include <memory>
 #include <string>
 
-#include "curve_test_support.h"
+#include "geometry_support.h"
 #include "numorix/curves/circle.h"
 #include "numorix/curves/line_segment.h"
 #include "numorix/foundation/tolerance.h"

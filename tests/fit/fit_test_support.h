@@ -59,6 +59,15 @@ inline std::string SetName(const char* pszPrefix, int n) {
     return sz;
 }
 
+// A certified set of the Gaussian package and its answer (a point, then a direction); false when
+// either is absent.
+inline bool ReadGaussSet(const std::string& id, CNuPointArray* pPoints,
+                         std::vector<double>* pAnswer) {
+    *pPoints = ReadAsc(TracimFile("ptb-tracim-gauss", "data", id, ".asc"));
+    *pAnswer = ReadAnswer(TracimFile("ptb-tracim-gauss", "answer", id, ".txt"));
+    return pPoints->GetSize() > 0 && pAnswer->size() >= 6;
+}
+
 // The angle between two lines or two plane normals, sign-insensitive, in radians.
 inline double AxisAngle(const CNuVector& a, const CNuVector& b) {
     CNuVector c = a * b;

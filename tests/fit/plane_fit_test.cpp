@@ -111,11 +111,9 @@ TEST(PlaneFit, MeetsPtbLimitsOnTheCertifiedPlanes) {
     if (test::RefDataDir().empty()) GTEST_SKIP() << "NUMORIX_REFDATA not set: no PTB data";
     for (int k = 5; k <= 8; ++k) {
         std::string id = test::SetName("b", k);
-        CNuPointArray points =
-            test::ReadAsc(test::TracimFile("ptb-tracim-gauss", "data", id, ".asc"));
-        std::vector<double> a =
-            test::ReadAnswer(test::TracimFile("ptb-tracim-gauss", "answer", id, ".txt"));
-        if (points.GetSize() == 0 || a.size() < 6) GTEST_SKIP() << "PTB set " << id << " absent";
+        CNuPointArray points;
+        std::vector<double> a;
+        if (!test::ReadGaussSet(id, &points, &a)) GTEST_SKIP() << "PTB set " << id << " absent";
         CNuPlane plane;
         plane.Fit(points);
         CNuPoint ref(a[0], a[1], a[2]);

@@ -26,12 +26,14 @@ class ScopedZero {
 };
 
 TEST(Pythag, IsExactOnPythagoreanTriplesAndZeroWithoutDivision) {
-    EXPECT_EQ(NuPythag(0.0, 0.0), 0.0);
-    EXPECT_EQ(NuPythag(0.0, 0.0, 0.0), 0.0);
-    EXPECT_EQ(NuPythag(3.0, -4.0), 5.0);
-    EXPECT_EQ(NuPythag(-4.0, 3.0), 5.0);
-    EXPECT_EQ(NuPythag(1.0, 2.0, -2.0), 3.0);
-    EXPECT_EQ(NuPythag(2.0, -2.0, 1.0), 3.0);
+    const double aCases[][4] = {
+        {0, 0, 0, 0}, {3, -4, 0, 5}, {-4, 3, 0, 5}, {1, 2, -2, 3}, {2, -2, 1, 3}};
+    for (const auto& c : aCases) {
+        if (c[2] == 0.0) {
+            EXPECT_EQ(NuPythag(c[0], c[1]), c[3]) << c[0] << ", " << c[1];
+        }
+        EXPECT_EQ(NuPythag(c[0], c[1], c[2]), c[3]) << c[0] << ", " << c[1] << ", " << c[2];
+    }
 }
 
 TEST(Pythag, NeitherOverflowsNorUnderflowsWhereTheSquaresWould) {
@@ -98,15 +100,13 @@ TEST(Sort, ANegativeSizeDoesNothing) {
 }
 
 TEST(AngleIn360Degree, ReducesIntoTheHalfOpenRangeAndSnapsTheEdgesToZero) {
-    EXPECT_EQ(NuAngleIn360Degree(-1e-301), 0.0);  // -1e-301 + 360 is 360, then 0
-    EXPECT_EQ(NuAngleIn360Degree(720.0), 0.0);
-    EXPECT_EQ(NuAngleIn360Degree(360.0), 0.0);
-    EXPECT_EQ(NuAngleIn360Degree(-360.0), 0.0);
-    EXPECT_EQ(NuAngleIn360Degree(0.0), 0.0);
-    EXPECT_EQ(NuAngleIn360Degree(-90.0), 270.0);
-    EXPECT_EQ(NuAngleIn360Degree(1000.25), 280.25);
-    EXPECT_EQ(NuAngleIn360Degree(359.5), 359.5);
-    EXPECT_EQ(NuAngleIn360Degree(std::nextafter(360.0, 0.0)), std::nextafter(360.0, 0.0));
+    // -1e-301 + 360 is 360, then 0.
+    const double dBelow360 = std::nextafter(360.0, 0.0);
+    const double aCases[][2] = {{-1e-301, 0.0}, {720.0, 0.0},      {360.0, 0.0},
+                                {-360.0, 0.0},  {0.0, 0.0},        {-90.0, 270.0},
+                                {359.5, 359.5}, {1000.25, 280.25}, {dBelow360, dBelow360}};
+    for (const auto& c : aCases)
+        EXPECT_EQ(NuAngleIn360Degree(c[0]), c[1]) << "angle " << c[0];
 }
 
 TEST(AngleIn360Degree, SnapsResultsWithinTheZeroToleranceOfEitherEnd) {
@@ -135,10 +135,10 @@ TEST(AngleIn2Pi, ReducesByRepeatedSubtractionWithTheRoundingOfEveryStep) {
 
 TEST(AngleReductions, EndOnValuesNoStepCanChange) {
     // Infinities and values beyond the reach of a step would never leave the loop.
-    EXPECT_TRUE(std::isnan(NuAngleIn360Degree(kInf)));
-    EXPECT_TRUE(std::isnan(NuAngleIn360Degree(-kInf)));
-    EXPECT_TRUE(std::isnan(NuAngleIn2Pi(kInf)));
-    EXPECT_TRUE(std::isnan(NuAngleIn2Pi(kNaN)));
+    for (double d : {kInf, -kInf, kNaN}) {
+        EXPECT_TRUE(std::isnan(NuAngleIn360Degree(d))) << d;
+        EXPECT_TRUE(std::isnan(NuAngleIn2Pi(d))) << d;
+    }
     double d = NuAngleIn360Degree(-1e300);
     EXPECT_GE(d, 0.0);
     EXPECT_LT(d, 360.0);
@@ -167,21 +167,18 @@ TEST(ArcCosSin, FindsTheAngleInEveryQuadrantAndOnTheAxes) {
 TEST(CosSin, CleansQuarterTurnsAndEqualizesFortyFiveDegrees) {
     double c = 9.0;
     double s = 9.0;
-    NuCosSin(Nu_PI * 0.5, &c, &s);
-    EXPECT_EQ(c, 0.0);
-    EXPECT_EQ(s, 1.0);
-    NuCosSin(Nu_PI, &c, &s);
-    EXPECT_EQ(c, -1.0);
-    EXPECT_EQ(s, 0.0);
-    NuCosSin(0.0, &c, &s);
-    EXPECT_EQ(c, 1.0);
-    EXPECT_EQ(s, 0.0);
+    const double aCases[][3] = {{Nu_PI * 0.5, 0.0, 1.0},
+                                {Nu_PI, -1.0, 0.0},
+                                {0.0, 1.0, 0.0},
+                                {1.0, std::cos(1.0), std::sin(1.0)}};
+    for (const auto& a : aCases) {
+        NuCosSin(a[0], &c, &s);
+        EXPECT_EQ(c, a[1]) << "angle " << a[0];
+        EXPECT_EQ(s, a[2]) << "angle " << a[0];
+    }
     NuCosSin(Nu_PI * 0.25, &c, &s);
     EXPECT_EQ(c, s);
     EXPECT_NEAR(c, std::sqrt(0.5), test::kUlp);
-    NuCosSin(1.0, &c, &s);
-    EXPECT_EQ(c, std::cos(1.0));
-    EXPECT_EQ(s, std::sin(1.0));
 }
 
 TEST(Acosh, FollowsTheLogarithmicFormAndRefusesArgumentsBelowOne) {

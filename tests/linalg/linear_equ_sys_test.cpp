@@ -4,7 +4,7 @@
 #include <cmath>
 #include <limits>
 
-#include "dense_helpers.h"
+#include "dense_support.h"
 #include "nu_test.h"
 #include "numorix/foundation/exception.h"
 #include "numorix/foundation/tolerance.h"
@@ -77,14 +77,8 @@ TEST(LinearEquSys, ExactModeOnASingularMatrixLeavesNoSolution) {
 }
 
 TEST(LinearEquSys, SingularSolvableModeGivesALargeFiniteSolution) {
-    CNuMatrix A(2, 2);
-    A.GetData()[0][0] = 1.0;
-    A.GetData()[0][1] = 2.0;
-    A.GetData()[1][0] = 2.0;
-    A.GetData()[1][1] = 4.0;
-    CNuVector b(2);
-    b[0] = 1.0;
-    b[1] = 3.0;
+    CNuMatrix A = test::Mat({{1.0, 2.0}, {2.0, 4.0}});
+    CNuVector b = test::Vec({1.0, 3.0});
     CNuLinearEquSys system(0);
     system.SetSingularSolvable();
     system.Solve(A, b);
@@ -240,18 +234,13 @@ TEST(LinearEquSys, NonNegativeLeastSquaresOfAZeroRightSideStopsAtZero) {
 // solution is not positive; it is dropped at once and readmitted, for ever. The iteration stops
 // when it meets a state it has been in before.
 TEST(LinearEquSys, NonNegativeLeastSquaresStopsWhereItsIterationWouldCycle) {
-    const double aRows[3][4] = {
-        {0x1.af6ff556d2b28p-2, 0x1.0d3162bc747ecp-2, -0x1.2e4623b84066p-5, 0x1.af6ff556d2b3p-2},
-        {-0x1.70e9f26e6aa44p-3, 0x1.0227031096768p-1, -0x1.9447818c1d423p-1, -0x1.70e9f26e6aa4bp-3},
-        {-0x1.bedf58a0e391p-1, -0x1.42062ffa63ff6p-1, 0x1.5868abd40b3ap-1, -0x1.bedf58a0e3919p-1}};
-    const double aB[3] = {0x1.af6ff556d2edbp-3, -0x1.70e9f26e69c13p-4, -0x1.bedf58a0e3d7dp-2};
-    CNuMatrix A(3, 4);
-    CNuVector b(3);
-    for (int i = 0; i < 3; ++i) {
-        for (int j = 0; j < 4; ++j)
-            A.GetData()[i][j] = aRows[i][j];
-        b[i] = aB[i];
-    }
+    CNuMatrix A = test::Mat(
+        {{0x1.af6ff556d2b28p-2, 0x1.0d3162bc747ecp-2, -0x1.2e4623b84066p-5, 0x1.af6ff556d2b3p-2},
+         {-0x1.70e9f26e6aa44p-3, 0x1.0227031096768p-1, -0x1.9447818c1d423p-1,
+          -0x1.70e9f26e6aa4bp-3},
+         {-0x1.bedf58a0e391p-1, -0x1.42062ffa63ff6p-1, 0x1.5868abd40b3ap-1,
+          -0x1.bedf58a0e3919p-1}});
+    CNuVector b = test::Vec({0x1.af6ff556d2edbp-3, -0x1.70e9f26e69c13p-4, -0x1.bedf58a0e3d7dp-2});
     const double dSaved = NuGetLengthTol();
     NuSetLengthTol(0.0);
     CNuLinearEquSys system;
@@ -317,12 +306,11 @@ TEST(LinearEquSys, UnsupportedProblemsRecordTheRequestAndFail) {
     system.Solve(A, b);
     EXPECT_EQ(system.SolutionExists(), eNuFalse);
 
-    test::ExpectNuFailure<CNuOperationException>([&] { system.Solve(); }, 145,
-                                                 "least distance programming", "CNuLinearEquSys");
-    test::ExpectNuFailure<CNuOperationException>([&] { system.SetLeastDistance(); }, 145,
-                                                 "least distance programming", "CNuLinearEquSys");
-    test::ExpectNuFailure<CNuOperationException>([&] { system.Solve(A, b); }, 145,
-                                                 "least distance programming", "CNuLinearEquSys");
+    test::ExpectFailures<CNuOperationException>({
+        {[&] { system.Solve(); }, 145, "least distance programming", "CNuLinearEquSys"},
+        {[&] { system.SetLeastDistance(); }, 145, "least distance programming", "CNuLinearEquSys"},
+        {[&] { system.Solve(A, b); }, 145, "least distance programming", "CNuLinearEquSys"},
+    });
     // In an exact system least distance has no effect on Solve(A, b).
     CNuLinearEquSys exact(0);
     EXPECT_NU_THROW(exact.SetLeastDistance(), CNuOperationException, 145);

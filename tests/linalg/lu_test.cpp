@@ -3,7 +3,7 @@
 #include <cmath>
 #include <vector>
 
-#include "dense_helpers.h"
+#include "dense_support.h"
 #include "nu_test.h"
 #include "numorix/foundation/exception.h"
 #include "numorix/foundation/int_array.h"
@@ -89,10 +89,7 @@ TEST(Lu, PackedFactorsFollowTheRecordedExchangesAndParity) {
 }
 
 TEST(Lu, AppendsToThePivotRecordAndRefusesNonSquareMatrices) {
-    CNuMatrix A(3, 3);
-    A.GetData()[0][0] = 1.0;
-    A.GetData()[1][1] = 2.0;
-    A.GetData()[2][2] = 3.0;
+    CNuMatrix A = test::Mat({{1.0, 0.0, 0.0}, {0.0, 2.0, 0.0}, {0.0, 0.0, 3.0}});
     CNuIntArray index;
     index.Add(42);
     int d = 0, s = 0;
@@ -111,11 +108,7 @@ TEST(Lu, AppendsToThePivotRecordAndRefusesNonSquareMatrices) {
 
 TEST(Lu, AmongEqualPivotFiguresTheLastRowWins) {
     // Every figure of column 0 is 1: row 2 becomes the pivot row.
-    CNuMatrix A(3, 3);
-    const double aRows[3][3] = {{1.0, 0.5, 0.25}, {2.0, 1.0, 0.0}, {-4.0, 3.0, 1.0}};
-    for (int i = 0; i < 3; ++i)
-        for (int j = 0; j < 3; ++j)
-            A.GetData()[i][j] = aRows[i][j];
+    CNuMatrix A = test::Mat({{1.0, 0.5, 0.25}, {2.0, 1.0, 0.0}, {-4.0, 3.0, 1.0}});
     CNuIntArray index;
     int d = 0, s = 0;
     A.LUD(&index, &d, &s);
@@ -125,11 +118,7 @@ TEST(Lu, AmongEqualPivotFiguresTheLastRowWins) {
 }
 
 TEST(Lu, ZeroRowMarksSingularAndTheFactorisationGoesOn) {
-    CNuMatrix A(3, 3);
-    const double aRows[3][3] = {{0.0, 0.0, 0.0}, {1.0, 2.0, 3.0}, {4.0, 5.0, 7.0}};
-    for (int i = 0; i < 3; ++i)
-        for (int j = 0; j < 3; ++j)
-            A.GetData()[i][j] = aRows[i][j];
+    CNuMatrix A = test::Mat({{0.0, 0.0, 0.0}, {1.0, 2.0, 3.0}, {4.0, 5.0, 7.0}});
     CNuIntArray index;
     int d = 0, s = 0;
     A.LUD(&index, &d, &s);
@@ -143,11 +132,7 @@ TEST(Lu, ZeroRowMarksSingularAndTheFactorisationGoesOn) {
 TEST(Lu, VanishingPivotScalesItsMultipliersByTheSquaredTolerance) {
     ScopedZero zero(1e-3);
     // Column 0 figures: 1e-4 / 2 and 2e-4 / 4 tie, so row 1 is the pivot, below the zero test.
-    CNuMatrix A(3, 3);
-    const double aRows[3][3] = {{1e-4, 1.0, 2.0}, {2e-4, 3.0, 4.0}, {5e-5, 5.0, 7.0}};
-    for (int i = 0; i < 3; ++i)
-        for (int j = 0; j < 3; ++j)
-            A.GetData()[i][j] = aRows[i][j];
+    CNuMatrix A = test::Mat({{1e-4, 1.0, 2.0}, {2e-4, 3.0, 4.0}, {5e-5, 5.0, 7.0}});
     CNuIntArray index;
     int d = 0, s = 0;
     A.LUD(&index, &d, &s);
@@ -187,11 +172,7 @@ TEST(Determinant, AboveThreeIsTheParityTimesTheDiagonalOfTheFactors) {
 
 TEST(Determinant, SingularityIsExactZeroOnlyAboveThree) {
     // 2 by 2 with proportional rows formed in floating point: the closed form leaves a residue.
-    CNuMatrix A(2, 2);
-    A.GetData()[0][0] = 0.3;
-    A.GetData()[0][1] = 0.2;
-    A.GetData()[1][0] = 0.3 * 0.1;
-    A.GetData()[1][1] = 0.2 * 0.1;
+    CNuMatrix A = test::Mat({{0.3, 0.2}, {0.3 * 0.1, 0.2 * 0.1}});
     EXPECT_EQ(A.Determinant(), 0.2 * 0.1 * 0.3 - 0.2 * (0.3 * 0.1));
     EXPECT_NE(A.Determinant(), 0.0);
 

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "dense_helpers.h"
+#include "dense_support.h"
 #include "nu_test.h"
 #include "numorix/foundation/exception.h"
 #include "numorix/foundation/scalar.h"

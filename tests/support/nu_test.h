@@ -8,6 +8,8 @@
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <functional>
+#include <initializer_list>
 #include <iostream>
 #include <random>
 #include <string>
@@ -89,6 +91,24 @@ void ExpectNuFailure(F&& f, int nStored, const char* pszName, const char* pszLoc
     } catch (const CNuException& e) {
         ADD_FAILURE() << "exception of another class, stored cause " << e.m_nCause << ": "
                       << MessageOf(e);
+    }
+}
+
+// One expected refusal of a table: the call, and the stored cause, name and location it raises.
+struct SFailure {
+    std::function<void()> call;
+    int nStored;
+    const char* pszName;
+    const char* pszLocation;
+};
+
+// Runs every row of a table of refusals, each expected to throw E; a failing row prints its index.
+template <class E>
+void ExpectFailures(std::initializer_list<SFailure> rows) {
+    int nRow = 0;
+    for (const SFailure& row : rows) {
+        SCOPED_TRACE("failure table row " + std::to_string(nRow++));
+        ExpectNuFailure<E>(row.call, row.nStored, row.pszName, row.pszLocation);
     }
 }
 

@@ -1,10 +1,12 @@
-// Helpers of the linear algebra tests: conversions between CNuMatrix / CNuVector and Eigen (the
-// oracle for products and solves), random matrices, and the LAPACK entry points used as oracles.
-#ifndef NUMORIX_TESTS_LINALG_DENSE_HELPERS_H
-#define NUMORIX_TESTS_LINALG_DENSE_HELPERS_H
+// Dense helpers of the linear algebra and fit tests: conversions between CNuMatrix / CNuVector and
+// Eigen (the oracle for products and solves), random matrices, and the LAPACK entry points used as
+// oracles.
+#ifndef NUMORIX_TESTS_SUPPORT_DENSE_SUPPORT_H
+#define NUMORIX_TESTS_SUPPORT_DENSE_SUPPORT_H
 
 #include <Eigen/Dense>
 
+#include <initializer_list>
 #include <vector>
 
 #include "nu_test.h"
@@ -51,6 +53,28 @@ inline CNuVector FromEigen(const Eigen::VectorXd& E) {
     return v;
 }
 
+// A vector of any size from its elements.
+inline CNuVector Vec(std::initializer_list<double> elements) {
+    CNuVector v(static_cast<int>(elements.size()));
+    int i = 0;
+    for (double d : elements)
+        v[i++] = d;
+    return v;
+}
+
+// A matrix from its rows, written out.
+inline CNuMatrix Mat(std::initializer_list<std::initializer_list<double>> rows) {
+    CNuMatrix A(static_cast<int>(rows.size()), static_cast<int>(rows.begin()->size()));
+    int i = 0;
+    for (const auto& row : rows) {
+        int j = 0;
+        for (double d : row)
+            A.GetData()[i][j++] = d;
+        ++i;
+    }
+    return A;
+}
+
 inline CNuMatrix RandomMatrix(Random& rng, int m, int n, double dLow = -1.0, double dHigh = 1.0) {
     CNuMatrix A(m, n);
     for (int i = 0; i < m; ++i)
@@ -91,4 +115,4 @@ inline std::vector<double> LapackSingularValues(const CNuMatrix& A) {
 }  // namespace test
 }  // namespace numorix
 
-#endif  // NUMORIX_TESTS_LINALG_DENSE_HELPERS_H
+#endif  // NUMORIX_TESTS_SUPPORT_DENSE_SUPPORT_H

@@ -1,7 +1,8 @@
-// Helpers shared by the curve tests: random data, point comparison with the error printed, and
-// the frame of a positioned conic so that local points can be built independently of the library.
-#ifndef NUMORIX_TESTS_CURVES_CURVE_TEST_SUPPORT_H
-#define NUMORIX_TESTS_CURVES_CURVE_TEST_SUPPORT_H
+// Geometric helpers shared by the geometry, curve and fit tests: random points, directions and
+// right-handed frames built independently of the library, and point comparison with the error
+// printed.
+#ifndef NUMORIX_TESTS_SUPPORT_GEOMETRY_SUPPORT_H
+#define NUMORIX_TESTS_SUPPORT_GEOMETRY_SUPPORT_H
 
 #include <cmath>
 #include <string>
@@ -13,6 +14,8 @@
 namespace numorix {
 namespace test {
 
+// Geometric results of a few dozen operations on data of order 1: products, rotations, feet.
+constexpr double kGeometry = 1e-12;
 // Intersections and conversions of data of order 1 in rotated frames: a few dozen operations,
 // the quadratic roots polished by the solver.
 constexpr double kCurve = 1e-10;
@@ -39,6 +42,7 @@ inline std::string Text(const CNuPoint& p) {
            std::to_string(p.z()) + ")";
 }
 
+// Two points within dTol of each other; a failure prints both and their distance.
 inline ::testing::AssertionResult PointsNear(const CNuPoint& a, const CNuPoint& b, double dTol) {
     double dGap = Gap(a, b);
     if (dGap <= dTol) return ::testing::AssertionSuccess();
@@ -71,12 +75,9 @@ inline Frame RandomFrame(Random& rng) {
     f.origin = RandomPoint(rng);
     f.z = RandomDirection(rng);
     f.z.Normalise();
-    CNuVector helper = RandomDirection(rng);
-    f.x = f.z * helper;
-    while (f.x.Magnitude() < 0.1) {
-        helper = RandomDirection(rng);
-        f.x = f.z * helper;
-    }
+    do {
+        f.x = f.z * RandomDirection(rng);
+    } while (f.x.Magnitude() < 0.1);
     f.x.Normalise();
     f.y = f.z * f.x;
     return f;
@@ -85,4 +86,4 @@ inline Frame RandomFrame(Random& rng) {
 }  // namespace test
 }  // namespace numorix
 
-#endif  // NUMORIX_TESTS_CURVES_CURVE_TEST_SUPPORT_H
+#endif  // NUMORIX_TESTS_SUPPORT_GEOMETRY_SUPPORT_H
