@@ -20,12 +20,13 @@ class CNuCurve : public CNuNonLinearGeometry {
     CNuCurve& operator=(const CNuCurve&) = default;
     ~CNuCurve() override;
 
+  protected:
+    CNuCurve() = default;
+
+    // Starts of the conic fits, for the derived curves.
     static void QuadraticFit(const CNuVector& x, const CNuVector& y, CNuVector* pCoefficients);
     static void CentredQuadraticFit(const CNuVector& x, const CNuVector& y, CNuVector* pResult,
                                     int nMode);
-
-  protected:
-    CNuCurve() = default;
 };
 
 }  // namespace numorix

@@ -18,12 +18,12 @@ class CNuSurface : public CNuNonLinearGeometry {
     CNuSurface& operator=(const CNuSurface&) = default;
     ~CNuSurface() override;
 
-    // Fills arrays of three centres and three axes.
-    static void QuadricAxes(const CNuPointArray& points, const CNuPoint& mean, CNuPoint* pCentres,
-                            CNuVector* pAxes);
-
   protected:
     CNuSurface() = default;
+
+    // Starts of the cylinder and cone fits: fills arrays of three centres and three axes.
+    static void QuadricAxes(const CNuPointArray& points, const CNuPoint& mean, CNuPoint* pCentres,
+                            CNuVector* pAxes);
 };
 
 }  // namespace numorix

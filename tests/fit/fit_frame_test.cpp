@@ -166,11 +166,20 @@ void Conic(bool bHyperbola, double cx, double cy, double t, double s1, double s2
     }
 }
 
+// The conic and quadric starts are protected helpers of the curve and surface families.
+struct CurveStarts : CNuCurve {
+    using CNuCurve::CentredQuadraticFit;
+    using CNuCurve::QuadraticFit;
+};
+struct SurfaceStarts : CNuSurface {
+    using CNuSurface::QuadricAxes;
+};
+
 TEST(QuadraticFit, ReproducesAnExactConicNormalisedToConstantOne) {
     CNuVector x, y;
     Conic(false, 0.0, 0.0, 0.0, 2.0, 1.0, &x, &y);
     CNuVector coefficients(5);
-    CNuCurve::QuadraticFit(x, y, &coefficients);
+    CurveStarts::QuadraticFit(x, y, &coefficients);
     const double adExpected[5] = {-0.25, 0.0, -1.0, 0.0, 0.0};
     for (int i = 0; i < 5; ++i)
         EXPECT_NEAR(coefficients[i], adExpected[i], kClosedForm) << "coefficient " << i;
@@ -181,7 +190,7 @@ TEST(CentredQuadraticFit, GivesTheFociAndSemiAxisOfEllipseAndHyperbola) {
     double t = 0.5;
     Conic(false, 1.0, 2.0, t, 3.0, 1.5, &x, &y);
     CNuVector result(5);
-    CNuCurve::CentredQuadraticFit(x, y, &result, 1);
+    CurveStarts::CentredQuadraticFit(x, y, &result, 1);
     double f = std::sqrt(9.0 - 2.25);
     // The foci may come in either order along the major axis.
     double dSign = (result[2] - result[0]) * std::cos(t) >= 0.0 ? 1.0 : -1.0;
@@ -192,7 +201,7 @@ TEST(CentredQuadraticFit, GivesTheFociAndSemiAxisOfEllipseAndHyperbola) {
     EXPECT_NEAR(result[4], 3.0, kClosedForm);
 
     Conic(true, -1.0, 0.5, t, 1.0, 2.0, &x, &y);
-    CNuCurve::CentredQuadraticFit(x, y, &result, 0);
+    CurveStarts::CentredQuadraticFit(x, y, &result, 0);
     f = std::sqrt(1.0 + 4.0);
     double dFocal = std::hypot(result[2] - result[0], result[3] - result[1]) / 2.0;
     EXPECT_NEAR(dFocal, f, kClosedForm);
@@ -206,8 +215,8 @@ TEST(CentredQuadraticFit, GivesTheFociAndSemiAxisOfEllipseAndHyperbola) {
 
     // An ellipse asked for as a hyperbola is the wrong kind of conic.
     Conic(false, 1.0, 2.0, t, 3.0, 1.5, &x, &y);
-    ExpectNuFailure<CNuBestfitException>([&] { CNuCurve::CentredQuadraticFit(x, y, &result, 0); },
-                                         206, nullptr, "CNuCurve");
+    ExpectNuFailure<CNuBestfitException>(
+        [&] { CurveStarts::CentredQuadraticFit(x, y, &result, 0); }, 206, nullptr, "CNuCurve");
 }
 
 TEST(QuadricAxes, OffersTheAxisOfACylinderWithAPointOnIt) {
@@ -227,7 +236,7 @@ TEST(QuadricAxes, OffersTheAxisOfACylinderWithAPointOnIt) {
     }
     CNuPoint centres[3];
     CNuVector axes[3];
-    CNuSurface::QuadricAxes(points, points.MeanPoint(), centres, axes);
+    SurfaceStarts::QuadricAxes(points, points.MeanPoint(), centres, axes);
     int nFound = -1;
     for (int k = 0; k < 3; ++k) {
         EXPECT_NEAR(axes[k].Magnitude(), 1.0, kClosedForm);
