@@ -16,6 +16,7 @@
 #define NUMORIX_CURVES_CIRCLE_H
 
 #include "numorix/curves/curve.h"
+#include "numorix/fit/fit_result.h"
 #include "numorix/geometry/point.h"
 #include "numorix/geometry/point_array.h"
 #include "numorix/linalg/vector.h"
@@ -49,6 +50,31 @@ class CNuCircle : public CNuCurve {
     int IntersectWith(const CNuLine& line, CNuPoint* pFirst, CNuPoint* pSecond) const;
     int IntersectWith(const CNuPlane& plane, CNuPoint* pFirst, CNuPoint* pSecond) const;
     int IntersectWith(const CNuCircle& other, CNuPoint* pFirst, CNuPoint* pSecond) const;
+
+    // Fits (defined in numorix/fit/). Least squares: orthogonal distances by Gauss-Newton from
+    // the algebraic (Kasa) circle, in the plane of the points.
+    void Fit(const CNuPointArray& points, long lMaxIterations);
+    void Fit(const CNuPointArray& points, double* pdForm, double* pdSumSquares,
+             long lMaxIterations);
+    ENuFitResult FitEx(const CNuPointArray& points, long lMaxIterations);
+    ENuFitResult FitEx(const CNuPointArray& points, double* pdForm, double* pdSumSquares,
+                       long lMaxIterations);
+    // Maximum inscribed and minimum circumscribed circles.
+    void FitMax(const CNuPointArray& points, double dTolerance);
+    void FitMin(const CNuPointArray& points, double dTolerance);
+    ENuFitResult FitMaxEx(const CNuPointArray& points, double dTolerance);
+    ENuFitResult FitMinEx(const CNuPointArray& points, double dTolerance);
+    // Minimum zone: the annulus of least width about the points.
+    void FitMinZone(const CNuPointArray& points, double* pdZone, double dTolerance,
+                    long lMaxIterations);
+    void FitMinZone(const CNuPointArray& points, double* pdZone, CNuCircle* pInner,
+                    CNuCircle* pOuter, double dTolerance, long lMaxIterations);
+    ENuFitResult FitMinZoneEx(const CNuPointArray& points, double* pdZone, double dTolerance,
+                              long lMaxIterations);
+    ENuFitResult FitMinZoneEx(const CNuPointArray& points, double* pdZone, CNuCircle* pInner,
+                              CNuCircle* pOuter, double dTolerance, long lMaxIterations);
+
+    SPointCoverage m_pointCoverage;
 
   private:
     double m_dRadius;

@@ -1,0 +1,2 @@
+// Circle fit benchmarks.
+#include "peer_report.h"

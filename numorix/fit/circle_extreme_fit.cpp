@@ -1,0 +1,1 @@
+#include "numorix/curves/circle.h"

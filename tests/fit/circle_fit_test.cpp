@@ -1,0 +1,1 @@
+#include "nu_test.h"
