@@ -77,6 +77,12 @@ class CNuCircle : public CNuCurve {
     SPointCoverage m_pointCoverage;
 
   private:
+    // The first point, from the scan cursor round to it, that lies farther than dTolerance
+    // beyond the first candidate's half width from the mean circle of any candidate annulus;
+    // -1 when every point is covered.
+    long PointNotCovered(double dTolerance, int nPoints, const CNuPoint* pPoints,
+                         const CNuPointArray& candidates);
+
     double m_dRadius;
 };
 

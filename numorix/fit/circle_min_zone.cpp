@@ -1,1 +1,371 @@
+// Minimum-zone circle: the annulus of least radial width that holds every point, found in the
+// plane of the points.
+//
+// The narrowest annulus touches the points in four places, in one of three ways: two on each
+// circle, three on the outer and one on the inner, or one on the outer and three on the inner.
+// For two pairs (a, b | c, d) the centre lies on both perpendicular bisectors; with
+//   d1 = a - b, d2 = c - d, t1 = |a|^2 - |b|^2, t2 = |c|^2 - |d|^2,
+//   det = 2 (d1.x d2.y - d2.x d1.y),
+//   centre = ((d2.y t1 - d1.y t2) / det, (d1.x t2 - d2.x t1) / det),
+// the mean radius is the mean of the two distances and the half width half their difference.
+// The three pairings of a quadruple cover all three ways (a 3 + 1 support has the same centre
+// as each of its 2 + 2 pairings). The annulus of a small active set is solved exactly over all
+// quadruples; a round-robin scan of all points then finds one outside it, which joins the set
+// (at most 10 points are kept, and needless ones are dropped), until no point is left outside.
+//
+// Collinear points have no unique annulus: the circle about the midpoint of the two extreme
+// points is taken. Points truly out of one plane belong to a torus, which this library does not
+// fit yet: stored 145.
+#include <cmath>
+
 #include "numorix/curves/circle.h"
+#include "numorix/fit/internal/fit_frame.h"
+#include "numorix/foundation/exception.h"
+#include "numorix/foundation/int_array.h"
+#include "numorix/foundation/tolerance.h"
+#include "numorix/geometry/geometry.h"
+#include "numorix/geometry/plane.h"
+#include "numorix/geometry/point_array.h"
+
+namespace numorix {
+
+namespace {
+
+// Set by a zone taken from a torus; read by the overload that returns the two circles.
+int g_nTorusZone = 0;
+
+struct SAnnulus {
+    double dX;
+    double dY;
+    double dRadius;
+    double dHalfWidth;
+};
+
+double Distance2D(const CNuPoint& p, double x, double y) {
+    return fit::ScaledDistance(p.x() - x, p.y() - y, 0.0);
+}
+
+void AddCandidate(const SAnnulus& a, CNuPointArray* pCandidates) {
+    pCandidates->Add(CNuPoint(a.dX, a.dY, 0.0));
+    pCandidates->Add(CNuPoint(a.dRadius, a.dHalfWidth, 0.0));
+}
+
+// The annulus with a and b on one circle and c and d on the other, widened to hold all four;
+// half width NuGetLarge() when the two bisectors are parallel within dTolerance.
+SAnnulus Pairing(const CNuPoint& a, const CNuPoint& b, const CNuPoint& c, const CNuPoint& d,
+                 double dTolerance) {
+    SAnnulus r{0.0, 0.0, 0.0, NuGetLarge()};
+    double d1x = a.x() - b.x();
+    double d1y = a.y() - b.y();
+    double d2x = c.x() - d.x();
+    double d2y = c.y() - d.y();
+    double t1 = a.x() * a.x() + a.y() * a.y() - b.x() * b.x() - b.y() * b.y();
+    double t2 = c.x() * c.x() + c.y() * c.y() - d.x() * d.x() - d.y() * d.y();
+    double det = 2.0 * (d1x * d2y - d2x * d1y);
+    if (dTolerance > std::fabs(det)) return r;
+    r.dX = (d2y * t1 - d1y * t2) / det;
+    r.dY = (d1x * t2 - d2x * t1) / det;
+    double ra = Distance2D(a, r.dX, r.dY);
+    double rc = Distance2D(c, r.dX, r.dY);
+    r.dRadius = (ra + rc) / 2.0;
+    r.dHalfWidth = std::fabs(ra - rc) / 2.0;
+    const CNuPoint* ap[4] = {&a, &b, &c, &d};
+    for (const CNuPoint* p : ap) {
+        double e = std::fabs(Distance2D(*p, r.dX, r.dY) - r.dRadius);
+        if (e > r.dHalfWidth) r.dHalfWidth = e;
+    }
+    return r;
+}
+
+// Whether the annulus differs from every listed candidate by dTolerance or more in its centre's
+// coordinates, mean radius or half width.
+bool DiffersFromAll(const SAnnulus& a, const CNuPointArray& candidates, double dTolerance) {
+    int m = candidates.GetSize() / 2;
+    const CNuPoint* c = candidates.GetData();
+    for (int k = 0; k < m; ++k) {
+        double ad[4] = {a.dX - c[2 * k].x(), a.dY - c[2 * k].y(), a.dRadius - c[2 * k + 1].x(),
+                        a.dHalfWidth - c[2 * k + 1].y()};
+        bool bDiffers = false;
+        for (double d : ad)
+            if (std::fabs(d) >= dTolerance) bDiffers = true;
+        if (!bDiffers) return false;
+    }
+    return true;
+}
+
+// The circle through three points, its half width the largest miss of the three (rounding only).
+// Collinear points have none: they are refused as the least-squares circle refuses them.
+SAnnulus ExactCircle(const CNuPoint& a, const CNuPoint& b, const CNuPoint& c) {
+    SAnnulus r = Pairing(a, b, a, c, 0.0);
+    if (!(r.dHalfWidth < NuGetLarge()) || !std::isfinite(r.dX) || !std::isfinite(r.dY))
+        throw CNuBestfitException(3, "CNuPlane", 3);
+    r.dRadius = Distance2D(a, r.dX, r.dY);
+    r.dHalfWidth = 0.0;
+    const CNuPoint* ap[3] = {&a, &b, &c};
+    for (const CNuPoint* p : ap) {
+        double e = std::fabs(Distance2D(*p, r.dX, r.dY) - r.dRadius);
+        if (e > r.dHalfWidth) r.dHalfWidth = e;
+    }
+    return r;
+}
+
+// The minimal annulus of the active points: the candidate list receives the best annulus and
+// its ties, pQuadruple the indices that carry the best one.
+void FindMinimalAnnulus(double dLower, double dTolerance, const CNuPoint* p,
+                        const CNuIntArray& active, CNuIntArray* pQuadruple,
+                        CNuPointArray* pCandidates, long lMaxIterations) {
+    fit::CheckIterations(lMaxIterations, "FindMinimalAnnulus");
+    int m = active.GetSize();
+    const int* a = active.GetData();
+    if (m < 3) return;
+    if (m == 3) {
+        SAnnulus circle = ExactCircle(p[a[0]], p[a[1]], p[a[2]]);
+        *pQuadruple = active;
+        pCandidates->Clear();
+        AddCandidate(circle, pCandidates);
+        return;
+    }
+    pCandidates->Clear();
+    for (int i = 0; i < m; ++i) {
+        for (int j = i + 1; j < m; ++j) {
+            for (int k = j + 1; k < m; ++k) {
+                for (int l = k + 1; l < m; ++l) {
+                    const CNuPoint& P = p[a[i]];
+                    const CNuPoint& Q = p[a[j]];
+                    const CNuPoint& R = p[a[k]];
+                    const CNuPoint& S = p[a[l]];
+                    SAnnulus aPairing[3] = {Pairing(P, Q, R, S, dTolerance),
+                                            Pairing(P, R, Q, S, dTolerance),
+                                            Pairing(P, S, Q, R, dTolerance)};
+                    for (const SAnnulus& ann : aPairing) {
+                        double dBest = pCandidates->GetSize() == 0 ? NuGetLarge()
+                                                                   : pCandidates->GetData()[1].y();
+                        double h = ann.dHalfWidth;
+                        if (!(h < NuGetLarge()) || !(h > dLower - dTolerance) ||
+                            !(h < dBest + dTolerance))
+                            continue;
+                        bool bHolds = true;
+                        for (int t = 0; t < m && bHolds; ++t)
+                            bHolds = !(std::fabs(Distance2D(p[a[t]], ann.dX, ann.dY) -
+                                                 ann.dRadius) > h + dTolerance);
+                        if (!bHolds) continue;
+                        if (std::fabs(h - dBest) < dTolerance) {
+                            if (DiffersFromAll(ann, *pCandidates, dTolerance))
+                                AddCandidate(ann, pCandidates);
+                        } else {
+                            pQuadruple->Clear();
+                            pQuadruple->Add(a[i]);
+                            pQuadruple->Add(a[j]);
+                            pQuadruple->Add(a[k]);
+                            pQuadruple->Add(a[l]);
+                            pCandidates->Clear();
+                            AddCandidate(ann, pCandidates);
+                        }
+                    }
+                }
+            }
+        }
+    }
+}
+
+bool Holds(const CNuIntArray& indices, int nIndex) {
+    for (int i = 0; i < indices.GetSize(); ++i)
+        if (indices.GetData()[i] == nIndex) return true;
+    return false;
+}
+
+const int kMaxActive = 10;
+
+}  // namespace
+
+long CNuCircle::PointNotCovered(double dTolerance, int nPoints, const CNuPoint* pPoints,
+                                const CNuPointArray& candidates) {
+    if (!(nPoints > m_pointCoverage.m_nCursor)) m_pointCoverage.m_nCursor = 0;
+    if (candidates.GetSize() == 0) throw CNuBestfitException(9, "CNuCircle", 0);
+    const CNuPoint* c = candidates.GetData();
+    int m = candidates.GetSize() / 2;
+    double dLimit = dTolerance + c[1].y();
+    int nStart = m_pointCoverage.m_nCursor;
+    for (int step = 0; step < nPoints; ++step) {
+        int i = nStart + step;
+        if (i >= nPoints) i -= nPoints;
+        const CNuPoint& P = pPoints[i];
+        for (int k = 0; k < m; ++k) {
+            double d = Distance2D(P, c[2 * k].x(), c[2 * k].y());
+            if (dLimit < std::fabs(d - c[2 * k + 1].x())) {
+                m_pointCoverage.m_nCursor = i + 1;
+                return i;
+            }
+        }
+    }
+    return -1;
+}
+
+void CNuCircle::FitMinZone(const CNuPointArray& points, double* pdZone, double dTolerance,
+                           long lMaxIterations) {
+    fit::CheckIterations(lMaxIterations, "CNuCircle");
+    g_nTorusZone = 0;
+    int n = points.GetSize();
+    if (n < 1) throw CNuBestfitException(1, "CNuCircle", 1);
+    const CNuPoint* pIn = points.GetData();
+
+    CNuVector planeNormal;
+    if (CNuGeometry::AreCollinear(points, &planeNormal, dTolerance) != 0) {
+        if (CNuGeometry::NumberDistinctPoints(points, 2, dTolerance) == 0) {
+            *pdZone = 0.0;
+            m_dRadius = 0.0;
+            SetPosition(pIn[0], CNuVector(1.0, 0.0, 0.0), CNuVector(0.0, 0.0, 1.0));
+            return;
+        }
+        int i = 0;
+        int j = 0;
+        double dHalf = points.MaxEdge(&i, &j) * 0.5;
+        CNuPoint centre((pIn[i].x() + pIn[j].x()) * 0.5, (pIn[i].y() + pIn[j].y()) * 0.5,
+                        (pIn[i].z() + pIn[j].z()) * 0.5);
+        CNuVector direction = (pIn[j] - pIn[i]).To3DVector();
+        direction.Normalise();
+        CNuVector normal;
+        direction.OrthonormalX(&normal);
+        double dNear = NuGetLarge();
+        for (int k = 0; k < n; ++k) {
+            double d = fit::ScaledDistance(pIn[k].x() - centre.x(), pIn[k].y() - centre.y(),
+                                           pIn[k].z() - centre.z());
+            if (d < dNear) dNear = d;
+        }
+        m_dRadius = (dNear + dHalf) * 0.5;
+        *pdZone = dHalf - dNear;
+        SetPosition(centre, direction, normal);
+        return;
+    }
+
+    // The working points lie in z = 0: the points themselves when they are already planar in
+    // the world, otherwise their projection onto the least-squares plane.
+    bool bProjected = false;
+    CNuPointArray work;
+    CNuPlane plane;
+    CNuVector U;
+    CNuVector V;
+    if (points.Is2D(NuGetZero()) == eNuTrue) {
+        work = points;
+        for (int k = 0; k < n; ++k)
+            work.GetData()[k].z() = 0.0;
+    } else {
+        double dForm = 0.0;
+        double dSum = 0.0;
+        plane.Fit(points, &dForm, &dSum);
+        if (dTolerance * 2.0 < dForm) {
+            // The zone of points in space is the minimum circumscribed torus.
+            throw CNuOperationException(45, "FitMinZone", "CNuCircle");
+        }
+        CNuVector normal = plane.GetNormal();
+        normal.OrthonormalX(&U);
+        V = normal * U;
+        work = CNuGeometry::Projection2D(points, plane.GetPoint(), U, V);
+        bProjected = true;
+    }
+    const CNuPoint* p = work.GetData();
+
+    CNuIntArray active(kMaxActive + 1);
+    CNuIntArray triple(3);
+    if (work.IsNoncollinear(&triple, dTolerance) == eNuFalse)
+        throw CNuBestfitException(11, "CNuCircle");
+    for (int k = 0; k < 3; ++k)
+        active.Add(triple.GetData()[k]);
+
+    m_pointCoverage.m_nCursor = 0;
+    CNuIntArray quadruple(4);
+    CNuPointArray candidates(8);
+    FindMinimalAnnulus(0.0, dTolerance, p, active, &quadruple, &candidates, lMaxIterations);
+    long k = PointNotCovered(dTolerance, n, p, candidates);
+    long iter = 0;
+    CNuIntArray trialQuadruple(4);
+    CNuPointArray trialCandidates(8);
+    while (k != -1) {
+        if (!(iter < lMaxIterations)) throw CNuBestfitException(12, "CNuCircle");
+        ++iter;
+        int nK = static_cast<int>(k);
+        active.Add(active.GetData()[0]);
+        active.GetData()[0] = nK;
+        FindMinimalAnnulus(0.0, dTolerance, p, active, &quadruple, &candidates, lMaxIterations);
+        if (candidates.GetSize() == 0)
+            FindMinimalAnnulus(0.0, dTolerance, p, active, &quadruple, &candidates, lMaxIterations);
+        if (active.GetSize() >= n) break;
+
+        // k leads, then the rest of the best quadruple, then the other active points.
+        CNuIntArray list(active.GetSize());
+        list.Add(nK);
+        for (int i = 0; i < quadruple.GetSize(); ++i)
+            if (!Holds(list, quadruple.GetData()[i])) list.Add(quadruple.GetData()[i]);
+        int nFixed = list.GetSize();
+        for (int i = 0; i < active.GetSize() && list.GetSize() < kMaxActive; ++i)
+            if (!Holds(list, active.GetData()[i])) list.Add(active.GetData()[i]);
+
+        // An extra point whose removal leaves the annulus as it is is needless.
+        CNuIntArray kept(list.GetSize());
+        for (int i = 0; i < nFixed; ++i)
+            kept.Add(list.GetData()[i]);
+        for (int e = nFixed; e < list.GetSize(); ++e) {
+            CNuIntArray trial(kept);
+            for (int f = e + 1; f < list.GetSize(); ++f)
+                trial.Add(list.GetData()[f]);
+            trialCandidates.Clear();
+            FindMinimalAnnulus(0.0, dTolerance, p, trial, &trialQuadruple, &trialCandidates,
+                               lMaxIterations);
+            bool bNeedless =
+                trialCandidates.GetSize() == candidates.GetSize() && candidates.GetSize() > 0 &&
+                std::fabs(trialCandidates.GetData()[1].y() - candidates.GetData()[1].y()) <
+                    dTolerance;
+            if (!bNeedless) kept.Add(list.GetData()[e]);
+        }
+        active = kept;
+        k = PointNotCovered(dTolerance, n, p, candidates);
+    }
+    if (candidates.GetSize() == 0) throw CNuBestfitException(9, "CNuCircle", 0);
+
+    const CNuPoint* c = candidates.GetData();
+    m_dRadius = c[1].x();
+    *pdZone = 2.0 * c[1].y();
+    if (bProjected) {
+        const CNuPoint& o = plane.GetPoint();
+        CNuPoint centre(o.x() + c[0].x() * U[0] + c[0].y() * V[0],
+                        o.y() + c[0].x() * U[1] + c[0].y() * V[1],
+                        o.z() + c[0].x() * U[2] + c[0].y() * V[2]);
+        SetPosition(centre, U, plane.GetNormal());
+    } else {
+        SetPosition(CNuPoint(c[0].x(), c[0].y(), pIn[0].z()), CNuVector(1.0, 0.0, 0.0),
+                    CNuVector(0.0, 0.0, 1.0));
+    }
+}
+
+void CNuCircle::FitMinZone(const CNuPointArray& points, double* pdZone, CNuCircle* pInner,
+                           CNuCircle* pOuter, double dTolerance, long lMaxIterations) {
+    fit::CheckIterations(lMaxIterations, "CNuCircle");
+    FitMinZone(points, pdZone, dTolerance, lMaxIterations);
+    if (g_nTorusZone == 1) throw CNuBestfitException(5, "CNuCircle");
+    CNuCircle* apOut[2] = {pInner, pOuter};
+    for (CNuCircle* pOut : apOut) {
+        if (pOut == nullptr || pOut == this) continue;
+        pOut->CopyPosition(*this);
+        pOut->m_dRadius = m_dRadius;
+    }
+    if (NuGetTol() > std::fabs(*pdZone)) return;
+    double dRadius = m_dRadius;
+    if (pInner != nullptr) pInner->m_dRadius = dRadius - 0.5 * *pdZone;
+    if (pOuter != nullptr) pOuter->m_dRadius = dRadius + 0.5 * *pdZone;
+}
+
+ENuFitResult CNuCircle::FitMinZoneEx(const CNuPointArray& points, double* pdZone, double dTolerance,
+                                     long lMaxIterations) {
+    return fit::RunFitExWithTolerance(lMaxIterations, "CNuCircle", dTolerance, [&] {
+        FitMinZone(points, pdZone, dTolerance, lMaxIterations);
+    });
+}
+
+ENuFitResult CNuCircle::FitMinZoneEx(const CNuPointArray& points, double* pdZone, CNuCircle* pInner,
+                                     CNuCircle* pOuter, double dTolerance, long lMaxIterations) {
+    return fit::RunFitExWithTolerance(lMaxIterations, "CNuCircle", dTolerance, [&] {
+        FitMinZone(points, pdZone, pInner, pOuter, dTolerance, lMaxIterations);
+    });
+}
+
+}  // namespace numorix
