@@ -83,15 +83,17 @@ Eigen::MatrixX3d Generate(test::Random& rng, const SProfile& s) {
     return m;
 }
 
-// Residual of each point from the circle in the circle's own plane, and the Jacobian rows of
-// the in-plane parameters (a, b, R) there; returns |J^T r| / (|J| |r|).
-double NormalEquationsResidual(const CNuCircle& circle, const CNuPointArray& points) {
+// Residuals of the points from the circle in the circle's own plane into *pr, and the
+// Jacobian rows of the in-plane parameters (a, b, R) there; returns |J^T r| / (|J| |r|).
+double NormalEquationsResidual(const CNuCircle& circle, const CNuPointArray& points,
+                               Eigen::VectorXd* pr) {
     Eigen::Vector3d c = E(circle.GetCentre());
     Eigen::Vector3d n = E(circle.GetNormal()).normalized();
     Eigen::Vector3d u = n.unitOrthogonal();
     Eigen::Vector3d v = n.cross(u);
     Eigen::MatrixX3d J(points.GetSize(), 3);
-    Eigen::VectorXd r(points.GetSize());
+    Eigen::VectorXd& r = *pr;
+    r.resize(points.GetSize());
     for (int i = 0; i < points.GetSize(); ++i) {
         Eigen::Vector3d d = E(points[i]) - c;
         double x = d.dot(u);
@@ -116,6 +118,7 @@ TEST(CircleFit, AgreesWithAnIndependentOrthogonalFitOnManyConfigurations) {
                 for (int nRepeat = 0; nRepeat < 3; ++nRepeat, ++nCase) {
                     SProfile s;
                     s.n = nRepeat == 0 ? rng.Integer(3, 8) : rng.Integer(9, 300);
+                    if (nCase == 5) s.n = 10000;
                     s.dRadius = dRadius * rng.Uniform(1.0, 3.0);
                     s.dSpan = dSpan;
                     s.nLobes = rng.Integer(2, 5);
@@ -148,26 +151,7 @@ TEST(CircleFit, AgreesWithAnIndependentOrthogonalFitOnManyConfigurations) {
                 }
 }
 
-TEST(CircleFit, AgreesWithTheOracleOnTenThousandLobedPoints) {
-    test::Random rng;
-    SProfile s;
-    s.n = 10000;
-    s.dRadius = 25.0;
-    s.nLobes = 3;
-    s.dLobe = 1e-4;
-    s.dNoise = 1e-5;
-    s.dLift = 1e-5;
-    s.dOffset = 1e3;
-    Eigen::MatrixX3d m = Generate(rng, s);
-    CNuCircle circle(1.0);
-    circle.Fit(FromEigen(m), 100);
-    oracle::SCircle ref = oracle::FitCircle(m);
-    EXPECT_LT((E(circle.GetCentre()) - ref.centre).norm(), kAgreeRelative * s.dRadius);
-    EXPECT_NEAR(circle.GetRadius(), ref.dRadius, kAgreeRelative * s.dRadius);
-    EXPECT_LT(Angle(E(circle.GetNormal()), ref.normal), kNormalAngle);
-}
-
-TEST(CircleFit, ResidualsAreOrthogonalToTheJacobianAtTheResult) {
+TEST(CircleFit, ResidualsAreOrthogonalToTheJacobianAndTheOutputsLagByOneStep) {
     test::Random rng;
     for (int nCase = 0; nCase < 20; ++nCase) {
         SProfile s;
@@ -177,12 +161,20 @@ TEST(CircleFit, ResidualsAreOrthogonalToTheJacobianAtTheResult) {
         s.nLobes = rng.Integer(2, 7);
         s.dLobe = rng.Uniform(0.0, 1e-2);
         s.dNoise = 1e-3;
-        Eigen::MatrixX3d m = Generate(rng, s);
-        CNuPointArray points = FromEigen(m);
+        CNuPointArray points = FromEigen(Generate(rng, s));
         CNuCircle circle(1.0);
-        circle.Fit(points, 100);
-        double dStationary = NormalEquationsResidual(circle, points);
+        double dForm = 0.0;
+        double dSum = 0.0;
+        circle.Fit(points, &dForm, &dSum, 100);
+        Eigen::VectorXd r;
+        double dStationary = NormalEquationsResidual(circle, points, &r);
         EXPECT_LT(dStationary, kStationary) << "case " << nCase;
+        // The outputs describe the circle before the last step: close to, never below, these.
+        double dSumFinal = r.squaredNorm();
+        EXPECT_NEAR(dForm, r.maxCoeff() - r.minCoeff(), kFormLag) << "case " << nCase;
+        EXPECT_GE(dSum, dSumFinal * (1.0 - kSumRounding)) << "case " << nCase;
+        EXPECT_LE(dSum, dSumFinal * (1.0 + kSumRounding) + kSumLagPerPoint * s.n)
+            << "case " << nCase;
     }
 }
 
@@ -279,36 +271,6 @@ TEST(CircleFit, ReachingTheLimitInTheConvergingIterationIsNotConvergence) {
     EXPECT_EQ(first.GetCentre().x(), second.GetCentre().x());
     EXPECT_EQ(dForm1, dForm2);
     EXPECT_EQ(dSum1, dSum2);
-}
-
-TEST(CircleFit, FormAndSumDescribeThePassBeforeTheLastStep) {
-    test::Random rng;
-    SProfile s;
-    s.n = 60;
-    s.dRadius = 4.0;
-    s.nLobes = 3;
-    s.dLobe = 1e-3;
-    s.dNoise = 1e-4;
-    CNuPointArray points = FromEigen(Generate(rng, s));
-    CNuCircle circle(1.0);
-    double dForm = 0.0;
-    double dSum = 0.0;
-    circle.Fit(points, &dForm, &dSum, 100);
-    // Recomputed at the final circle they agree to within the last (tiny) step.
-    double dLow = 1e300, dHigh = -1e300, dSumFinal = 0.0;
-    Eigen::Vector3d c = E(circle.GetCentre());
-    Eigen::Vector3d n = E(circle.GetNormal());
-    for (int i = 0; i < points.GetSize(); ++i) {
-        Eigen::Vector3d d = E(points[i]) - c;
-        double r = (d - d.dot(n) * n).norm() - circle.GetRadius();
-        dLow = std::min(dLow, r);
-        dHigh = std::max(dHigh, r);
-        dSumFinal += r * r;
-    }
-    EXPECT_NEAR(dForm, dHigh - dLow, kFormLag);
-    EXPECT_GE(dSum, dSumFinal * (1.0 - kSumRounding));
-    EXPECT_LE(dSum, dSumFinal * (1.0 + kSumRounding) + kSumLagPerPoint * points.GetSize());
-    EXPECT_GT(dForm, 0.0);
 }
 
 TEST(CircleFit, PointsOffTheirPlaneAreFittedThroughTheirProjection) {
@@ -408,7 +370,7 @@ TEST(CircleFit, HostileDataEndsWithAResultOrACauseAndNeverHangs) {
     std::vector<CNuPoint> nan = {CNuPoint(1, 0, 0), CNuPoint(0, 1, 0), CNuPoint(-1, 0, 0),
                                  CNuPoint(0, std::numeric_limits<double>::quiet_NaN(), 0)};
     ENuFitResult eNan = circle.FitEx(test::Points(nan), 100);
-    EXPECT_NE(eNan, eNuFitOk) << "radius " << circle.GetRadius();
+    EXPECT_EQ(eNan, eNuFitFailed) << "radius " << circle.GetRadius();
 
     // A point at the centre of a symmetric set: the start lands on it and its distance is 0.
     std::vector<CNuPoint> centred = {CNuPoint(1, 0, 0), CNuPoint(0, 1, 0), CNuPoint(-1, 0, 0),
