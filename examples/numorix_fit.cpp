@@ -1,7 +1,7 @@
 // numorix-fit: fits a geometric element to measured points by every criterion the library has
 // for it, and prints the results as a table or as JSON.
 //
-//   numorix-fit --element line|plane [--json] [--tolerance T] [--max-iterations N] FILE
+//   numorix-fit --element line|plane|circle [--json] [--tolerance T] [--max-iterations N] FILE
 //
 // The point file holds one point per line, "x y z" or "x,y,z"; two columns mean z = 0. Text after
 // '#' is a comment and blank lines are skipped. A malformed file is reported with its name and
@@ -54,7 +54,7 @@ struct Result {
 
 void Usage() {
     std::fprintf(stderr,
-                 "usage: numorix-fit --element line|plane [--json] [--tolerance T] "
+                 "usage: numorix-fit --element line|plane|circle [--json] [--tolerance T] "
                  "[--max-iterations N] FILE\n");
     std::exit(2);
 }
@@ -226,6 +226,22 @@ std::vector<Result> FitPlane(const CNuPointArray& points, const Options& o) {
     return results;
 }
 
+std::vector<Result> FitCircle(const CNuPointArray& points, const Options& o) {
+    std::vector<Result> results;
+    results.push_back(Attempt("least squares", o.dTolerance, [&](Result& r) {
+        numorix::CNuCircle circle(1.0);
+        double dForm = 0.0;
+        double dSumSquares = 0.0;
+        circle.Fit(points, &dForm, &dSumSquares, o.lMaxIterations);
+        r.location = circle.GetCentre();
+        r.direction = AsPoint(circle.GetNormal());
+        r.dRadius = circle.GetRadius();
+        r.dForm = dForm;
+        r.dSumSquares = dSumSquares;
+    }));
+    return results;
+}
+
 std::string Number(const std::optional<double>& d) {
     if (!d) return "-";
     char sz[64];
@@ -247,7 +263,7 @@ std::string Triple(const std::optional<CNuPoint>& p) {
 void PrintTable(const Options& o, int nPoints, const std::vector<Result>& results) {
     std::printf("%s fit of %d points from %s (tolerance %g, iteration limit %ld)\n\n",
                 o.sElement.c_str(), nPoints, o.sFile.c_str(), o.dTolerance, o.lMaxIterations);
-    const char* pszDirection = o.sElement == "plane" ? "normal" : "direction";
+    const char* pszDirection = o.sElement == "line" ? "direction" : "normal";
     for (const Result& r : results) {
         std::printf("%s: %s", r.sCriterion.c_str(), r.sStatus.c_str());
         std::printf("  (%.3f ms)\n", r.dMilliseconds);
@@ -317,8 +333,10 @@ int main(int argc, char** argv) {
         fit = FitLine;
     } else if (options.sElement == "plane") {
         fit = FitPlane;
+    } else if (options.sElement == "circle") {
+        fit = FitCircle;
     } else {
-        Fail("unknown element '" + options.sElement + "' (line, plane)");
+        Fail("unknown element '" + options.sElement + "' (line, plane, circle)");
     }
     CNuPointArray points = ReadPoints(options.sFile);
     std::vector<Result> results = fit(points, options);
