@@ -16,6 +16,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <numorix/numorix.h>
@@ -238,6 +239,28 @@ std::vector<Result> FitCircle(const CNuPointArray& points, const Options& o) {
         r.dRadius = circle.GetRadius();
         r.dForm = dForm;
         r.dSumSquares = dSumSquares;
+    }));
+    // The extreme circles: the smallest that holds every point, the largest that holds none.
+    const std::pair<const char*, void (numorix::CNuCircle::*)(const CNuPointArray&, double)>
+        extremes[] = {{"minimum circumscribed", &numorix::CNuCircle::FitMin},
+                      {"maximum inscribed", &numorix::CNuCircle::FitMax}};
+    for (const auto& extreme : extremes) {
+        results.push_back(Attempt(extreme.first, o.dTolerance, [&](Result& r) {
+            numorix::CNuCircle circle(1.0);
+            (circle.*extreme.second)(points, o.dTolerance);
+            r.location = circle.GetCentre();
+            r.direction = AsPoint(circle.GetNormal());
+            r.dRadius = circle.GetRadius();
+        }));
+    }
+    results.push_back(Attempt("minimum zone", o.dTolerance, [&](Result& r) {
+        numorix::CNuCircle circle(1.0);
+        double dZone = 0.0;
+        circle.FitMinZone(points, &dZone, o.dTolerance, o.lMaxIterations);
+        r.location = circle.GetCentre();
+        r.direction = AsPoint(circle.GetNormal());
+        r.dRadius = circle.GetRadius();
+        r.dZone = dZone;
     }));
     return results;
 }

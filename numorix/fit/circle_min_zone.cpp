@@ -93,14 +93,19 @@ bool DiffersFromAll(const SAnnulus& a, const CNuPointArray& candidates, double d
     return true;
 }
 
-// The circle through three points, its half width the largest miss of the three (rounding only).
-// Collinear points have none: they are refused as the least-squares circle refuses them.
-SAnnulus ExactCircle(const CNuPoint& a, const CNuPoint& b, const CNuPoint& c) {
-    SAnnulus r = Pairing(a, b, a, c, 0.0);
-    if (!(r.dHalfWidth < NuGetLarge()) || !std::isfinite(r.dX) || !std::isfinite(r.dY))
-        throw CNuBestfitException(3, "CNuPlane", 3);
-    r.dRadius = Distance2D(a, r.dX, r.dY);
-    r.dHalfWidth = 0.0;
+// The circle through three points by the least-squares circle fit (exact for three points), its
+// half width the largest miss of the three, which is rounding only.
+SAnnulus ExactCircle(const CNuPoint& a, const CNuPoint& b, const CNuPoint& c, long lMaxIterations) {
+    CNuPointArray three(3);
+    three.Add(a);
+    three.Add(b);
+    three.Add(c);
+    CNuCircle circle(1.0);
+    double dForm = 0.0;
+    double dSumSquares = 0.0;
+    circle.Fit(three, &dForm, &dSumSquares, lMaxIterations);
+    CNuPoint centre = circle.GetCentre();
+    SAnnulus r{centre.x(), centre.y(), circle.GetRadius(), 0.0};
     const CNuPoint* ap[3] = {&a, &b, &c};
     for (const CNuPoint* p : ap) {
         double e = std::fabs(Distance2D(*p, r.dX, r.dY) - r.dRadius);
@@ -119,7 +124,7 @@ void FindMinimalAnnulus(double dLower, double dTolerance, const CNuPoint* p,
     const int* a = active.GetData();
     if (m < 3) return;
     if (m == 3) {
-        SAnnulus circle = ExactCircle(p[a[0]], p[a[1]], p[a[2]]);
+        SAnnulus circle = ExactCircle(p[a[0]], p[a[1]], p[a[2]], lMaxIterations);
         *pQuadruple = active;
         pCandidates->Clear();
         AddCandidate(circle, pCandidates);
