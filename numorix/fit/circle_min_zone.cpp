@@ -158,11 +158,7 @@ void FindMinimalAnnulus(double dLower, double dTolerance, const CNuPoint* p,
                             if (DiffersFromAll(ann, *pCandidates, dTolerance))
                                 AddCandidate(ann, pCandidates);
                         } else {
-                            pQuadruple->Clear();
-                            pQuadruple->Add(a[i]);
-                            pQuadruple->Add(a[j]);
-                            pQuadruple->Add(a[k]);
-                            pQuadruple->Add(a[l]);
+                            fit::SetQuadruple(pQuadruple, a[i], a[j], a[k], a[l]);
                             pCandidates->Clear();
                             AddCandidate(ann, pCandidates);
                         }
@@ -171,12 +167,6 @@ void FindMinimalAnnulus(double dLower, double dTolerance, const CNuPoint* p,
             }
         }
     }
-}
-
-bool Holds(const CNuIntArray& indices, int nIndex) {
-    for (int i = 0; i < indices.GetSize(); ++i)
-        if (indices.GetData()[i] == nIndex) return true;
-    return false;
 }
 
 const int kMaxActive = 10;
@@ -300,10 +290,10 @@ void CNuCircle::FitMinZone(const CNuPointArray& points, double* pdZone, double d
         CNuIntArray list(active.GetSize());
         list.Add(nK);
         for (int i = 0; i < quadruple.GetSize(); ++i)
-            if (!Holds(list, quadruple.GetData()[i])) list.Add(quadruple.GetData()[i]);
+            if (list.Find(quadruple.GetData()[i]) < 0) list.Add(quadruple.GetData()[i]);
         int nFixed = list.GetSize();
         for (int i = 0; i < active.GetSize() && list.GetSize() < kMaxActive; ++i)
-            if (!Holds(list, active.GetData()[i])) list.Add(active.GetData()[i]);
+            if (list.Find(active.GetData()[i]) < 0) list.Add(active.GetData()[i]);
 
         // An extra point whose removal leaves the annulus as it is is needless.
         CNuIntArray kept(list.GetSize());

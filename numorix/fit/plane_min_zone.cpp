@@ -152,11 +152,7 @@ void MinimalSlab(double dTolerance, const CNuPoint* p, const CNuIntArray& active
                             if (DiffersFromAll(slab, *pCandidates, dTolerance))
                                 AddCandidate(slab, pCandidates);
                         } else {
-                            pQuadruple->Clear();
-                            pQuadruple->Add(a[i]);
-                            pQuadruple->Add(a[j]);
-                            pQuadruple->Add(a[k]);
-                            pQuadruple->Add(a[l]);
+                            fit::SetQuadruple(pQuadruple, a[i], a[j], a[k], a[l]);
                             pCandidates->Clear();
                             AddCandidate(slab, pCandidates);
                         }
@@ -165,12 +161,6 @@ void MinimalSlab(double dTolerance, const CNuPoint* p, const CNuIntArray& active
             }
         }
     }
-}
-
-bool Holds(const CNuIntArray& indices, int nIndex) {
-    for (int i = 0; i < indices.GetSize(); ++i)
-        if (indices.GetData()[i] == nIndex) return true;
-    return false;
 }
 
 }  // namespace
@@ -249,7 +239,7 @@ void CNuPlane::FitMinZone(const CNuPointArray& points, double* pdZone, double dT
             anHigh[0],           anLow[0],           anHigh[1], anLow[1], triple.GetData()[0],
             triple.GetData()[1], triple.GetData()[2]};
         for (int s : anStart)
-            if (s >= 0 && !Holds(active, s)) active.Add(s);
+            if (s >= 0 && active.Find(s) < 0) active.Add(s);
     }
 
     m_pointCoverage.m_nCursor = 0;
@@ -259,7 +249,7 @@ void CNuPlane::FitMinZone(const CNuPointArray& points, double* pdZone, double dT
     long k = PointNotCovered(dTolerance, n, p, candidates);
     while (k != -1) {
         int nK = static_cast<int>(k);
-        if (Holds(active, nK)) {
+        if (active.Find(nK) >= 0) {
             // An active point outside a tied candidate only: keep the first slab, which holds
             // every active point, and scan again.
             candidates.Truncate(3);
@@ -275,9 +265,9 @@ void CNuPlane::FitMinZone(const CNuPointArray& points, double* pdZone, double dT
         CNuIntArray rebuilt(active.GetSize());
         rebuilt.Add(nK);
         for (int i = 0; i < quadruple.GetSize(); ++i)
-            if (!Holds(rebuilt, quadruple.GetData()[i])) rebuilt.Add(quadruple.GetData()[i]);
+            if (rebuilt.Find(quadruple.GetData()[i]) < 0) rebuilt.Add(quadruple.GetData()[i]);
         for (int i = 0; i < active.GetSize(); ++i)
-            if (!Holds(rebuilt, active.GetData()[i])) rebuilt.Add(active.GetData()[i]);
+            if (rebuilt.Find(active.GetData()[i]) < 0) rebuilt.Add(active.GetData()[i]);
         active = rebuilt;
         k = PointNotCovered(dTolerance, n, p, candidates);
     }

@@ -19,6 +19,7 @@
 
 #include "numorix/fit/fit_result.h"
 #include "numorix/foundation/exception.h"
+#include "numorix/foundation/int_array.h"
 #include "numorix/foundation/tolerance.h"
 #include "numorix/geometry/point.h"
 #include "numorix/geometry/point_array.h"
@@ -124,6 +125,15 @@ CNuVector Column3(const CNuMatrix& m, int j);
 
 // sqrt(dx^2 + dy^2 + dz^2), scaled by the largest difference; 0 when that is below NuGetZero().
 double ScaledDistance(double dx, double dy, double dz);
+
+// Makes *pQuadruple hold the four indices of the support that carries a zone.
+inline void SetQuadruple(CNuIntArray* pQuadruple, int i, int j, int k, int l) {
+    pQuadruple->Clear();
+    pQuadruple->Add(i);
+    pQuadruple->Add(j);
+    pQuadruple->Add(k);
+    pQuadruple->Add(l);
+}
 
 }  // namespace fit
 }  // namespace numorix
