@@ -1,21 +1,23 @@
 // Circle zone fits on lobed points (a three-lobed circle of radius 10 with 0.05 lobes and
-// 0.01 noise): minimum zone, minimum circumscribed and maximum inscribed circle, each beside the
-// least-squares plane of the same points as a baseline of one pass over the data. The zone
-// benchmarks also report the exchange rounds, as the least iteration limit that succeeds.
+// 0.01 noise), each beside an independent CGAL solver of the same points: the minimum zone
+// beside the least-area annulus (Min_annulus_d, exact linear programming), the minimum
+// circumscribed circle beside Min_circle_2, the maximum inscribed circle beside the largest
+// empty circle of a Delaunay triangulation. The zone benchmarks report the exchange rounds, as
+// the least iteration limit that succeeds less one, and how they grow with n.
 #include <benchmark/benchmark.h>
 
 #include <cmath>
 #include <random>
+#include <vector>
 
 #include "numorix/curves/circle.h"
-#include "numorix/geometry/plane.h"
+#include "cgal_circle_oracle.h"
 #include "numorix/geometry/point_array.h"
 #include "peer_report.h"
 
 namespace {
 
 using numorix::CNuCircle;
-using numorix::CNuPlane;
 using numorix::CNuPoint;
 using numorix::CNuPointArray;
 
@@ -35,6 +37,17 @@ CNuPointArray LobedCircle(int n) {
 const CNuPointArray& Lobed(int n) {
     static const CNuPointArray s_small = LobedCircle(1000);
     static const CNuPointArray s_large = LobedCircle(100000);
+    return n == 1000 ? s_small : s_large;
+}
+
+const std::vector<numorix::oracle::SXY>& LobedXY(int n) {
+    auto toXY = [](const CNuPointArray& p) {
+        std::vector<numorix::oracle::SXY> v;
+        for (int i = 0; i < p.GetSize(); ++i) v.push_back({p[i].x(), p[i].y()});
+        return v;
+    };
+    static const std::vector<numorix::oracle::SXY> s_small = toXY(Lobed(1000));
+    static const std::vector<numorix::oracle::SXY> s_large = toXY(Lobed(100000));
     return n == 1000 ? s_small : s_large;
 }
 
@@ -62,7 +75,15 @@ void RunZone(benchmark::State& state, int n) {
         benchmark::DoNotOptimize(dZone);
     }
     state.counters["zone_um"] = dZone * 1e3;
-    state.counters["least_limit"] = static_cast<double>(LeastLimit(Lobed(n)));
+    state.counters["rounds"] = static_cast<double>(LeastLimit(Lobed(n)) - 1);
+}
+
+// Rounds of the exchange against n, on lobed points of the same profile.
+void BM_CircleMinZoneRounds(benchmark::State& state) {
+    CNuPointArray points = LobedCircle(static_cast<int>(state.range(0)));
+    long lLimit = 0;
+    for (auto _ : state) lLimit = LeastLimit(points);
+    state.counters["rounds"] = static_cast<double>(lLimit - 1);
 }
 
 void RunCircumscribed(benchmark::State& state, int n) {
@@ -70,9 +91,11 @@ void RunCircumscribed(benchmark::State& state, int n) {
     for (auto _ : state) {
         CNuCircle c(1.0);
         c.FitMin(Lobed(n), 1e-9);
-        dRadius = c.GetRadius();
-        benchmark::DoNotOptimize(dRadius);
+        const double r = c.GetRadius();
+        benchmark::DoNotOptimize(r);
+        dRadius = r;
     }
+    state.counters["radius"] = dRadius;
 }
 
 void RunInscribed(benchmark::State& state, int n) {
@@ -80,46 +103,81 @@ void RunInscribed(benchmark::State& state, int n) {
     for (auto _ : state) {
         CNuCircle c(1.0);
         c.FitMax(Lobed(n), 1e-9);
-        dRadius = c.GetRadius();
-        benchmark::DoNotOptimize(dRadius);
+        const double r = c.GetRadius();
+        benchmark::DoNotOptimize(r);
+        dRadius = r;
     }
+    state.counters["radius"] = dRadius;
 }
 
-void RunPlaneBaseline(benchmark::State& state, int n) {
+void RunCgalAnnulus(benchmark::State& state, int n) {
+    numorix::oracle::SAnnulusXY a{};
     for (auto _ : state) {
-        CNuPlane plane;
-        plane.Fit(Lobed(n));
-        benchmark::DoNotOptimize(plane.GetNormal()[2]);
+        a = numorix::oracle::MinAreaAnnulus(LobedXY(n));
+        benchmark::DoNotOptimize(a);
     }
+    state.counters["zone_um"] = (a.rOuter - a.rInner) * 1e3;
+}
+
+void RunCgalMinCircle(benchmark::State& state, int n) {
+    numorix::oracle::SCircleXY c{};
+    for (auto _ : state) {
+        c = numorix::oracle::MinEnclosingCircle(LobedXY(n));
+        benchmark::DoNotOptimize(c);
+    }
+    state.counters["radius"] = c.r;
+}
+
+void RunCgalEmptyCircle(benchmark::State& state, int n) {
+    numorix::oracle::SCircleXY c{};
+    for (auto _ : state) {
+        c = numorix::oracle::LargestEmptyCircle(LobedXY(n));
+        benchmark::DoNotOptimize(c);
+    }
+    state.counters["radius"] = c.r;
 }
 
 void BM_CircleMinZone1e3(benchmark::State& s) { RunZone(s, 1000); }
+void BM_CgalMinAnnulus1e3(benchmark::State& s) { RunCgalAnnulus(s, 1000); }
 void BM_CircleMinCircumscribed1e3(benchmark::State& s) { RunCircumscribed(s, 1000); }
+void BM_CgalMinCircle1e3(benchmark::State& s) { RunCgalMinCircle(s, 1000); }
 void BM_CircleMaxInscribed1e3(benchmark::State& s) { RunInscribed(s, 1000); }
-void BM_CirclePlaneBaseline1e3(benchmark::State& s) { RunPlaneBaseline(s, 1000); }
+void BM_CgalEmptyCircle1e3(benchmark::State& s) { RunCgalEmptyCircle(s, 1000); }
 void BM_CircleMinZone1e5(benchmark::State& s) { RunZone(s, 100000); }
+void BM_CgalMinAnnulus1e5(benchmark::State& s) { RunCgalAnnulus(s, 100000); }
 void BM_CircleMinCircumscribed1e5(benchmark::State& s) { RunCircumscribed(s, 100000); }
+void BM_CgalMinCircle1e5(benchmark::State& s) { RunCgalMinCircle(s, 100000); }
 void BM_CircleMaxInscribed1e5(benchmark::State& s) { RunInscribed(s, 100000); }
-void BM_CirclePlaneBaseline1e5(benchmark::State& s) { RunPlaneBaseline(s, 100000); }
+void BM_CgalEmptyCircle1e5(benchmark::State& s) { RunCgalEmptyCircle(s, 100000); }
 
 BENCHMARK(BM_CircleMinZone1e3)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_CgalMinAnnulus1e3)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_CircleMinCircumscribed1e3)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_CgalMinCircle1e3)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_CircleMaxInscribed1e3)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_CirclePlaneBaseline1e3)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_CgalEmptyCircle1e3)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_CircleMinZone1e5)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_CgalMinAnnulus1e5)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_CircleMinCircumscribed1e5)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_CgalMinCircle1e5)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_CircleMaxInscribed1e5)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_CirclePlaneBaseline1e5)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_CgalEmptyCircle1e5)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_CircleMinZoneRounds)
+    ->Arg(100)
+    ->Arg(1000)
+    ->Arg(10000)
+    ->Arg(100000)
+    ->Iterations(1)
+    ->Unit(benchmark::kMillisecond);
 
 const bool kCircleZonePairs =
-    numorix::bench::ComparePeers("BM_CircleMinZone1e3", "BM_CirclePlaneBaseline1e3", "report") &&
-    numorix::bench::ComparePeers("BM_CircleMinCircumscribed1e3", "BM_CirclePlaneBaseline1e3",
+    numorix::bench::ComparePeers("BM_CircleMinZone1e3", "BM_CgalMinAnnulus1e3", "report") &&
+    numorix::bench::ComparePeers("BM_CircleMinCircumscribed1e3", "BM_CgalMinCircle1e3",
                                  "report") &&
-    numorix::bench::ComparePeers("BM_CircleMaxInscribed1e3", "BM_CirclePlaneBaseline1e3",
+    numorix::bench::ComparePeers("BM_CircleMaxInscribed1e3", "BM_CgalEmptyCircle1e3", "report") &&
+    numorix::bench::ComparePeers("BM_CircleMinZone1e5", "BM_CgalMinAnnulus1e5", "report") &&
+    numorix::bench::ComparePeers("BM_CircleMinCircumscribed1e5", "BM_CgalMinCircle1e5",
                                  "report") &&
-    numorix::bench::ComparePeers("BM_CircleMinZone1e5", "BM_CirclePlaneBaseline1e5", "report") &&
-    numorix::bench::ComparePeers("BM_CircleMinCircumscribed1e5", "BM_CirclePlaneBaseline1e5",
-                                 "report") &&
-    numorix::bench::ComparePeers("BM_CircleMaxInscribed1e5", "BM_CirclePlaneBaseline1e5", "report");
+    numorix::bench::ComparePeers("BM_CircleMaxInscribed1e5", "BM_CgalEmptyCircle1e5", "report");
 
 }  // namespace
