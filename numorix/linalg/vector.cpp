@@ -32,34 +32,43 @@ CNuVector& CNuVector::operator=(const CNuVector& other) {
         std::memcpy(m_pdData, other.m_pdData, sizeof(double) * static_cast<std::size_t>(m_nSize));
         return *this;
     }
-    double* pOld = m_pdData;
-    m_pdData = nullptr;
-    try {
-        Copy(other);
-    } catch (...) {
-        m_pdData = pOld;
-        throw;
-    }
-    delete[] pOld;
+    // The old array is freed only after the new one is in hand, so a failed allocation leaves
+    // the vector as it was.
+    double* pNew = Allocate(other.m_nSize, "CNuVector::Copy()");
+    std::memcpy(pNew, other.m_pdData, sizeof(double) * static_cast<std::size_t>(other.m_nSize));
+    if (pNew != m_pdData) Release(m_pdData);
+    m_eObjectType = eTypeVector;
+    m_pdData = pNew;
+    m_nSize = other.m_nSize;
+    m_nCapacity = other.m_nSize;
     return *this;
 }
 
-CNuVector::~CNuVector() { delete[] m_pdData; }
+CNuVector::~CNuVector() { Release(m_pdData); }
+
+double* CNuVector::Allocate(int nSize, const char* pszWhere) {
+    if (nSize <= kInlineSize) return m_adInline;
+    double* p = new (std::nothrow) double[static_cast<std::size_t>(nSize)];
+    if (p == nullptr) throw CNuMemoryException(pszWhere);
+    return p;
+}
+
+void CNuVector::Release(double* pdData) {
+    if (pdData != m_adInline) delete[] pdData;
+}
 
 void CNuVector::Init(int nSize) {
     m_eObjectType = eTypeVector;
-    m_pdData = new (std::nothrow) double[static_cast<std::size_t>(nSize)]();
-    if (m_pdData == nullptr) throw CNuMemoryException("CNuVector::Init()");
+    m_pdData = Allocate(nSize, "CNuVector::Init()");
+    std::memset(m_pdData, 0, sizeof(double) * static_cast<std::size_t>(nSize));
     m_nSize = nSize;
     m_nCapacity = nSize;
 }
 
 void CNuVector::Copy(const CNuVector& other) {
     m_eObjectType = eTypeVector;
-    double* p = new (std::nothrow) double[static_cast<std::size_t>(other.m_nSize)];
-    if (p == nullptr) throw CNuMemoryException("CNuVector::Copy()");
-    std::memcpy(p, other.m_pdData, sizeof(double) * static_cast<std::size_t>(other.m_nSize));
-    m_pdData = p;
+    m_pdData = Allocate(other.m_nSize, "CNuVector::Copy()");
+    std::memcpy(m_pdData, other.m_pdData, sizeof(double) * static_cast<std::size_t>(other.m_nSize));
     m_nSize = other.m_nSize;
     m_nCapacity = other.m_nSize;
 }

@@ -91,13 +91,20 @@ class CNuVector : public CNuGeometry {
     bool BinaryRead(const char* pszFileName);
 
   private:
+    // Vectors of up to kInlineSize elements (directions, homogeneous points) keep their elements
+    // in m_adInline instead of a heap array; m_pdData points to whichever holds them.
+    static constexpr int kInlineSize = 4;
+
     void Init(int nSize);
     void Copy(const CNuVector& other);
     void CheckIndex(const int& i) const;
+    double* Allocate(int nSize, const char* pszWhere);
+    void Release(double* pdData);
 
     double* m_pdData;
     int m_nSize;
     int m_nCapacity;
+    double m_adInline[kInlineSize];
 };
 
 CNuVector operator*(double dFactor, const CNuVector& vector);

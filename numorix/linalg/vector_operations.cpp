@@ -60,13 +60,8 @@ void CNuVector::Homogeneous() {
         throw CNuOperationException(11, "calculation", "CNuVector::Homogeneous()");
     }
     if (m_nSize == 4) return;
-    if (m_nCapacity < 4) {
-        double* pdNew = new double[4];
-        std::memcpy(pdNew, m_pdData, sizeof(double) * 3);
-        delete[] m_pdData;
-        m_pdData = pdNew;
-        m_nCapacity = 4;
-    }
+    // Three elements live in the inline buffer, which already has room for the fourth.
+    m_nCapacity = 4;
     m_nSize = 4;
     m_pdData[3] = 1.0;
 }
