@@ -114,19 +114,15 @@ TEST(PolynomialFit, LeavesResidualsOrthogonalToEveryPower) {
 }
 
 TEST(PolynomialFit, UnderdeterminedFitsGiveTheMinimumNormSolution) {
-    const struct {
-        const char* pszCase;
-        std::vector<double> x, y, expected;
-    } cases[] = {
-        {"of all c0 + c1 = 2, the shortest", {1.0}, {2.0}, {1.0, 1.0}},
-        {"through (-1, 1) and (1, 1): 0.5 + 0.5 x^2", {-1.0, 1.0}, {1.0, 1.0}, {0.5, 0.0, 0.5}},
-    };
-    for (const auto& c : cases) {
-        CNuPolynomial p(static_cast<int>(c.expected.size()) - 1);
-        p.Fit(ArrayOf(c.x), ArrayOf(c.y));
-        for (int k = 0; k <= p.GetDegree(); ++k)
-            EXPECT_NEAR(p[k], c.expected[k], kConditioned) << c.pszCase << ", c" << k;
-    }
+    CNuPolynomial line(1);  // of all c0 + c1 = 2, the shortest is (1, 1)
+    line.Fit(ArrayOf({1.0}), ArrayOf({2.0}));
+    EXPECT_NEAR(line[0], 1.0, kConditioned);
+    EXPECT_NEAR(line[1], 1.0, kConditioned);
+    CNuPolynomial square(2);  // through (-1, 1) and (1, 1): 0.5 + 0.5 x^2
+    square.Fit(ArrayOf({-1.0, 1.0}), ArrayOf({1.0, 1.0}));
+    EXPECT_NEAR(square[0], 0.5, kConditioned);
+    EXPECT_NEAR(square[1], 0.0, kConditioned);
+    EXPECT_NEAR(square[2], 0.5, kConditioned);
 }
 
 TEST(PolynomialFit, ZeroesCoefficientsBelowTheCutAndKeepsTheDegree) {

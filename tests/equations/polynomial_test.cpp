@@ -110,13 +110,11 @@ TEST(Polynomial, RefusalsCarryTheirCausesAndStrings) {
         EXPECT_STREQ(e.m_szLocation, "CNuPolynomial");
         EXPECT_EQ(e.m_nValue2, 1);
     }
-    test::ExpectFailures<CNuOperationException>({
-        {[&] { a * 1e301; }, 107, "operator*", "CNuPolynomial"},
-        {[&] { -1e301 * a; }, 107, "operator*", "CNuPolynomial"},
-        {[&] { a *= 1e301; }, 107, "operator*=", "CNuPolynomial"},
-        {[&] { a / 1e-301; }, 106, "operator/", "CNuPolynomial"},
-        {[&] { a /= 0.0; }, 106, "operator/=", "CNuPolynomial"},
-    });
+    ExpectNuFailure<CNuOperationException>([&] { a * 1e301; }, 107, "operator*", "CNuPolynomial");
+    ExpectNuFailure<CNuOperationException>([&] { -1e301 * a; }, 107, "operator*", "CNuPolynomial");
+    ExpectNuFailure<CNuOperationException>([&] { a *= 1e301; }, 107, "operator*=", "CNuPolynomial");
+    ExpectNuFailure<CNuOperationException>([&] { a / 1e-301; }, 106, "operator/", "CNuPolynomial");
+    ExpectNuFailure<CNuOperationException>([&] { a /= 0.0; }, 106, "operator/=", "CNuPolynomial");
     EXPECT_EQ(a[1], 2.0);
 }
 
