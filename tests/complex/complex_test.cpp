@@ -75,11 +75,13 @@ TEST(Complex, PredicatesCompareStrictly) {
 
 TEST(Complex, ScalingRefusesHugeFactorsAndTinyDivisors) {
     CNuComplex z(1.0, 2.0);
-    ExpectNuFailure<CNuOperationException>([&] { z * 2e300; }, 107, "operator*", "CNuComplex");
-    ExpectNuFailure<CNuOperationException>([&] { -2e300 * z; }, 107, "operator*", "CNuComplex");
-    ExpectNuFailure<CNuOperationException>([&] { z *= 2e300; }, 107, "operator*=", "CNuComplex");
-    ExpectNuFailure<CNuOperationException>([&] { z / 1e-301; }, 106, "operator/", "CNuComplex");
-    ExpectNuFailure<CNuOperationException>([&] { z /= 0.0; }, 106, "operator/=", "CNuComplex");
+    test::ExpectFailures<CNuOperationException>({
+        {[&] { z * 2e300; }, 107, "operator*", "CNuComplex"},
+        {[&] { -2e300 * z; }, 107, "operator*", "CNuComplex"},
+        {[&] { z *= 2e300; }, 107, "operator*=", "CNuComplex"},
+        {[&] { z / 1e-301; }, 106, "operator/", "CNuComplex"},
+        {[&] { z /= 0.0; }, 106, "operator/=", "CNuComplex"},
+    });
     EXPECT_EQ(ToStd(z), Std(1.0, 2.0));
     z *= -3.0;
     z /= 2.0;
@@ -151,19 +153,16 @@ TEST(ComplexArray, HoldsBuiltElementsAndFailsWithItsOwnTexts) {
     EXPECT_EQ(a.GetCapacity(), 5);
     EXPECT_EQ(ToStd(a.GetData()[4]), Std(0.0, 0.0));
     EXPECT_EQ(CNuComplexPolarArray(3).GetData()[2].Modulus(), 1.0);
-    ExpectNuFailure<CNuOperationException>([&] { a.First(); }, 108, "element operator[]",
-                                           "CNuComplexArray");
-    ExpectNuFailure<CNuOperationException>([&] { a.Last(); }, 108, "element operator[]",
-                                           "CNuComplexArray");
     CNuComplexPolarArray p;
-    ExpectNuFailure<CNuOperationException>([&] { p.First(); }, 108, "First operator[]",
-                                           "CNuComplexPolarArray::First()");
-    ExpectNuFailure<CNuOperationException>([&] { p.SetCapacity(0); }, 114, "SetSize operation",
-                                           "CNuComplexPolarArray::SetSize()");
+    test::ExpectFailures<CNuOperationException>({
+        {[&] { a.First(); }, 108, "element operator[]", "CNuComplexArray"},
+        {[&] { a.Last(); }, 108, "element operator[]", "CNuComplexArray"},
+        {[&] { p.First(); }, 108, "First operator[]", "CNuComplexPolarArray::First()"},
+        {[&] { p.SetCapacity(0); }, 114, "SetSize operation", "CNuComplexPolarArray::SetSize()"},
+        {[&] { a.Append(a); }, 118, "Append operation", "CNuComplexArray::Append()"},
+    });
     ExpectNuFailure<CNuConstructionException>([] { CNuComplexArray b(-1); }, 2, "size",
                                               "CNuComplexArray");
-    ExpectNuFailure<CNuOperationException>([&] { a.Append(a); }, 118, "Append operation",
-                                           "CNuComplexArray::Append()");
 }
 
 TEST(ComplexArray, CopiesByValueAndClearKeepsTheElements) {

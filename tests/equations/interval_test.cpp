@@ -9,15 +9,13 @@
 namespace numorix {
 namespace {
 
-using test::ExpectNuFailure;
-
 TEST(Interval, RefusesBoundsThatDoNotAscend) {
-    const double dNan = std::numeric_limits<double>::quiet_NaN();
-    ExpectNuFailure<CNuConstructionException>([] { CNuInterval(1.0, 1.0, 0, 0); }, 11, "",
-                                              "CNuInterval");
-    ExpectNuFailure<CNuConstructionException>([] { CNuInterval(2.0, 1.0, 1, 1); }, 11, "",
-                                              "CNuInterval");
-    EXPECT_NU_THROW(CNuInterval(dNan, 1.0, 0, 0), CNuConstructionException, 11);
+    test::ExpectFailures<CNuConstructionException>({
+        {[] { CNuInterval(1.0, 1.0, 0, 0); }, 11, "", "CNuInterval"},
+        {[] { CNuInterval(2.0, 1.0, 1, 1); }, 11, "", "CNuInterval"},
+        {[] { CNuInterval(std::numeric_limits<double>::quiet_NaN(), 1.0, 0, 0); }, 11, "",
+         "CNuInterval"},
+    });
     CNuInterval i(-1.0, 2.0, 1, 0);
     EXPECT_EQ(i.GetType(), CNuObject::eTypeInterval);
     EXPECT_EQ(i.IsLeftOpen(), 1);

@@ -1,7 +1,9 @@
 // The exception family: cause partitioning, the message table, the gaps, and the copy rules of
 // GetErrorMessage.
 #include <climits>
+#include <initializer_list>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "nu_test.h"
@@ -105,72 +107,61 @@ const std::vector<Row> kFitRows = {
     {211, "algorithm failure\n"},
 };
 
-TEST(ExceptionMessages, EveryConstructionRowComposesHeaderIndentAndFilledText) {
+TEST(ExceptionMessages, EveryRowComposesHeaderIndentAndFilledText) {
     for (const Row& row : kConstructionRows) {
         CNuConstructionException e(row.nStored, "CNuVector", "size", 7, 9);
         EXPECT_EQ(MessageOf(e), kConstructionHeader + row.sBody) << "stored " << row.nStored;
     }
-}
-
-TEST(ExceptionMessages, EveryOperationRowComposesHeaderIndentAndFilledText) {
     for (const Row& row : kOperationRows) {
         CNuOperationException e(row.nStored - 100, "operation", "CNuMatrix", 2, 5, 1.5, -2.25);
         EXPECT_EQ(MessageOf(e), kOperationHeader + row.sBody) << "stored " << row.nStored;
     }
-}
-
-TEST(ExceptionMessages, EveryFitRowComposesHeaderIndentAndFilledText) {
     for (const Row& row : kFitRows) {
         CNuBestfitException e(row.nStored - 200, "CNuCircle", 3);
         EXPECT_EQ(MessageOf(e), kFitHeader + row.sBody) << "stored " << row.nStored;
     }
 }
 
-TEST(ExceptionMessages, CodesWithoutARowComposeToHeaderAndIndentAlone) {
-    // The raised codes without text, and codes in the unused stretches of each range.
-    EXPECT_EQ(MessageOf(CNuConstructionException(15, "CNuVector", "nArrayExpandSize")),
-              kConstructionHeader);
-    EXPECT_EQ(MessageOf(CNuConstructionException(99, "CNuVector")), kConstructionHeader);
-    EXPECT_EQ(MessageOf(CNuOperationException(47, "Open a Binary file", "CNuMatrix")),
-              "Numorix exception: Open a Binary file failed in CNuMatrix\n    ");
-    EXPECT_EQ(MessageOf(CNuOperationException(48, "operation", "CNuMatrix")), kOperationHeader);
-    EXPECT_EQ(MessageOf(CNuOperationException(99, "operation", "CNuMatrix")), kOperationHeader);
-    EXPECT_EQ(MessageOf(CNuBestfitException(12, "CNuCircle", 3)), kFitHeader);
-    EXPECT_EQ(MessageOf(CNuBestfitException(13, "CNuCircle")), kFitHeader);
-    EXPECT_EQ(MessageOf(CNuBestfitException(99, "CNuCircle")), kFitHeader);
-    EXPECT_EQ(MessageOf(CNuMemoryException("CNuMatrix::Init()")),
-              "Numorix exception: memory allocation failed in CNuMatrix::Init()\n    ");
-}
-
-TEST(ExceptionMessages, HeaderIsChosenBySignedComparisonOfTheStoredCode) {
-    // A negative code takes the construction header and no text.
-    EXPECT_EQ(MessageOf(CNuConstructionException(-4, "CNuVector", "size")), kConstructionHeader);
-    // An operation built with -150 stores -50: construction header, no text.
-    CNuOperationException eNegative(-150, "operation", "CNuMatrix");
-    EXPECT_EQ(eNegative.m_nCause, -50);
-    EXPECT_EQ(MessageOf(eNegative), "Numorix exception: construction failed for CNuMatrix\n    ");
-    // 300 and 399 take the memory header; from 400 on there is no header at all.
-    EXPECT_EQ(MessageOf(CNuBestfitException(100, "CNuCircle")),
-              "Numorix exception: memory allocation failed in CNuCircle\n    ");
-    EXPECT_EQ(MessageOf(CNuBestfitException(199, "CNuCircle")),
-              "Numorix exception: memory allocation failed in CNuCircle\n    ");
-    EXPECT_EQ(MessageOf(CNuConstructionException(400, "CNuVector")), "    ");
-}
-
-TEST(ExceptionMessages, RepresentativeIndexFailureReadsAsDocumented) {
-    CNuOperationException e(3, "element operator[]", "CNuVector", 0, 4);
-    EXPECT_EQ(MessageOf(e),
-              "Numorix exception: element operator[] failed in CNuVector\n"
-              "    index not in valid range [0, 4]\n");
+TEST(ExceptionMessages, CodesWithoutARowComposeToTheHeaderChosenBySignedComparison) {
+    const std::string kMemory = "Numorix exception: memory allocation failed in ";
+    const std::pair<std::string, std::string> cases[] = {
+        // The raised codes without text, and codes in the unused stretches of each range.
+        {MessageOf(CNuConstructionException(15, "CNuVector", "nArrayExpandSize")),
+         kConstructionHeader},
+        {MessageOf(CNuConstructionException(99, "CNuVector")), kConstructionHeader},
+        {MessageOf(CNuOperationException(47, "Open a Binary file", "CNuMatrix")),
+         "Numorix exception: Open a Binary file failed in CNuMatrix\n    "},
+        {MessageOf(CNuOperationException(48, "operation", "CNuMatrix")), kOperationHeader},
+        {MessageOf(CNuOperationException(99, "operation", "CNuMatrix")), kOperationHeader},
+        {MessageOf(CNuBestfitException(12, "CNuCircle", 3)), kFitHeader},
+        {MessageOf(CNuBestfitException(13, "CNuCircle")), kFitHeader},
+        {MessageOf(CNuBestfitException(99, "CNuCircle")), kFitHeader},
+        {MessageOf(CNuMemoryException("CNuMatrix::Init()")), kMemory + "CNuMatrix::Init()\n    "},
+        // Negative stored codes take the construction header: -4 as given, -150 stored as -50.
+        {MessageOf(CNuConstructionException(-4, "CNuVector", "size")), kConstructionHeader},
+        {MessageOf(CNuOperationException(-150, "operation", "CNuMatrix")),
+         "Numorix exception: construction failed for CNuMatrix\n    "},
+        // 300 and 399 take the memory header; from 400 on there is no header at all.
+        {MessageOf(CNuBestfitException(100, "CNuCircle")), kMemory + "CNuCircle\n    "},
+        {MessageOf(CNuBestfitException(199, "CNuCircle")), kMemory + "CNuCircle\n    "},
+        {MessageOf(CNuConstructionException(400, "CNuVector")), "    "},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(c.first, c.second);
 }
 
 TEST(ExceptionCauses, EachClassStoresItsOffsetAndReportsTheCauseWithoutIt) {
     CNuConstructionException c(5, "CNuCircle", "radius");
     EXPECT_EQ(c.m_nCause, 5);
     EXPECT_EQ(c.GetCause(), 5);
-    CNuOperationException o(3, "element operator[]", "CNuVector");
+    // Null strings are skipped.
+    CNuOperationException o(3, nullptr, nullptr, 0, 0, 2.5);
     EXPECT_EQ(o.m_nCause, 103);
     EXPECT_EQ(o.GetCause(), 3);
+    EXPECT_EQ(o.GetValue(), 2.5);
+    EXPECT_STREQ(o.m_szName, "");
+    EXPECT_STREQ(o.m_szLocation, "");
+    EXPECT_EQ(CNuOperationException(-150, "operation", "CNuMatrix").m_nCause, -50);
     CNuBestfitException b(12, "CNuCircle", 4);
     EXPECT_EQ(b.m_nCause, 212);
     EXPECT_EQ(b.GetCause(), 12);
@@ -190,9 +181,7 @@ TEST(ExceptionCauses, DefaultBuiltExceptionsHoldNoFailureAndAnEmptyMessage) {
     CNuMemoryException m;
     CNuMemoryException mNull(nullptr);
     for (const CNuException* e :
-         {static_cast<const CNuException*>(&c), static_cast<const CNuException*>(&o),
-          static_cast<const CNuException*>(&b), static_cast<const CNuException*>(&m),
-          static_cast<const CNuException*>(&mNull)}) {
+         std::initializer_list<const CNuException*>{&c, &o, &b, &m, &mNull}) {
         EXPECT_EQ(e->m_nCause, 0);
         EXPECT_EQ(e->GetCause(), 0);  // not -100 or -200
         char sz[8] = "XXXXXXX";
@@ -201,22 +190,6 @@ TEST(ExceptionCauses, DefaultBuiltExceptionsHoldNoFailureAndAnEmptyMessage) {
         EXPECT_STREQ(e->m_szName, "");
         EXPECT_STREQ(e->m_szLocation, "");
     }
-}
-
-TEST(ExceptionCauses, ArgumentOrderDiffersBetweenConstructionAndOperation) {
-    CNuConstructionException c(1, "CNuVector", "size", 0);
-    EXPECT_STREQ(c.m_szLocation, "CNuVector");
-    EXPECT_STREQ(c.m_szName, "size");
-    CNuOperationException o(8, "Max operation", "CNuDoubleArray::Max()");
-    EXPECT_STREQ(o.m_szName, "Max operation");
-    EXPECT_STREQ(o.m_szLocation, "CNuDoubleArray::Max()");
-    CNuOperationException r(27, "operation", "CNuLine", 0, 0, 2.5, 3.5);
-    EXPECT_EQ(r.GetValue(), 2.5);
-    EXPECT_EQ(r.m_dValue2, 3.5);
-    // Null strings are skipped.
-    CNuOperationException n(6, nullptr, nullptr);
-    EXPECT_STREQ(n.m_szName, "");
-    EXPECT_STREQ(n.m_szLocation, "");
 }
 
 TEST(ExceptionCauses, CopiesCarryEveryMember) {
@@ -236,60 +209,31 @@ TEST(ExceptionCauses, CopiesCarryEveryMember) {
     }
 }
 
-TEST(ExceptionCauses, ThrownByValueAndCaughtAsTheBase) {
-    try {
-        throw CNuBestfitException(1, "CNuPlane", 3);
-    } catch (const CNuException& e) {
-        EXPECT_EQ(e.GetCause(), 1);
-        EXPECT_EQ(e.m_nCause, 201);
+TEST(ExceptionMessages, CopiesBoundedByTheLengthLessOneAndTerminatedOnlyWhenCutOrShort) {
+    // The representative composes to T characters. A length below 1 writes nothing; a length
+    // below T cuts the text and terminates it; T and T + 1 copy T - 1 and T characters with no
+    // terminator; from T + 2 on the whole text is terminated.
+    const CNuOperationException e(3, "element operator[]", "CNuVector", 0, 4);
+    const std::string sText = MessageOf(e);
+    EXPECT_EQ(sText,
+              "Numorix exception: element operator[] failed in CNuVector\n"
+              "    index not in valid range [0, 4]\n");
+    const int nT = static_cast<int>(sText.size());
+    const struct {
+        int nLength, nCopied;
+        bool bTerminated;
+    } cases[] = {{-5, 0, false},      {0, 0, false},          {1, 0, true},
+                 {10, 9, true},       {nT - 1, nT - 2, true}, {nT, nT - 1, false},
+                 {nT + 1, nT, false}, {nT + 2, nT, true}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(testing::Message() << "length " << c.nLength << " of T = " << nT);
+        std::string sBuffer(static_cast<std::size_t>(nT) + 8, 'X');
+        e.GetErrorMessage(c.nLength, &sBuffer[0]);
+        const std::size_t n = static_cast<std::size_t>(c.nCopied);
+        EXPECT_EQ(sBuffer.substr(0, n), sText.substr(0, n));
+        EXPECT_EQ(sBuffer[n], c.bTerminated ? '\0' : 'X');
+        EXPECT_EQ(sBuffer.find_first_not_of('X', n + 1), std::string::npos);
     }
-}
-
-// The composed length T of the representative below.
-class MessageCopy : public ::testing::Test {
-  protected:
-    const CNuOperationException m_e{3, "element operator[]", "CNuVector", 0, 4};
-    const std::string m_sText = MessageOf(m_e);
-    const int m_nT = static_cast<int>(m_sText.size());
-};
-
-TEST_F(MessageCopy, ALengthBelowOneWritesNothing) {
-    char sz[4] = {'a', 'b', 'c', 'd'};
-    m_e.GetErrorMessage(0, sz);
-    m_e.GetErrorMessage(-5, sz);
-    EXPECT_EQ(std::string(sz, 4), "abcd");
-}
-
-TEST_F(MessageCopy, AShortBufferGetsACutAndTerminatedText) {
-    std::vector<char> buffer(64, 'X');
-    m_e.GetErrorMessage(10, buffer.data());
-    EXPECT_EQ(std::string(buffer.data()), m_sText.substr(0, 9));
-    EXPECT_EQ(buffer[10], 'X');
-    m_e.GetErrorMessage(1, buffer.data());
-    EXPECT_EQ(buffer[0], '\0');
-    // One short of T: T - 2 characters and the terminator in the last byte.
-    std::vector<char> almost(static_cast<std::size_t>(m_nT - 1), 'X');
-    m_e.GetErrorMessage(m_nT - 1, almost.data());
-    EXPECT_EQ(std::string(almost.data()), m_sText.substr(0, static_cast<std::size_t>(m_nT - 2)));
-}
-
-TEST_F(MessageCopy, BuffersOfTAndTPlusOneReceiveNoTerminator) {
-    // The copy is bounded by nLength - 1, so T bytes get T - 1 characters and T + 1 bytes get
-    // all T characters, neither with a terminating zero.
-    std::vector<char> exact(static_cast<std::size_t>(m_nT) + 8, 'X');
-    m_e.GetErrorMessage(m_nT, exact.data());
-    EXPECT_EQ(std::string(exact.data(), static_cast<std::size_t>(m_nT - 1)),
-              m_sText.substr(0, static_cast<std::size_t>(m_nT - 1)));
-    EXPECT_EQ(exact[static_cast<std::size_t>(m_nT - 1)], 'X');
-
-    std::vector<char> plusOne(static_cast<std::size_t>(m_nT) + 8, 'X');
-    m_e.GetErrorMessage(m_nT + 1, plusOne.data());
-    EXPECT_EQ(std::string(plusOne.data(), static_cast<std::size_t>(m_nT)), m_sText);
-    EXPECT_EQ(plusOne[static_cast<std::size_t>(m_nT)], 'X');
-
-    std::vector<char> plusTwo(static_cast<std::size_t>(m_nT) + 8, 'X');
-    m_e.GetErrorMessage(m_nT + 2, plusTwo.data());
-    EXPECT_EQ(std::string(plusTwo.data()), m_sText);
 }
 
 TEST(ExceptionFields, OverlongNamesAndLocationsAreCutToTheFieldWidths) {

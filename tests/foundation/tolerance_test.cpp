@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <cmath>
+#include <iterator>
 #include <limits>
 #include <thread>
 
@@ -19,43 +20,39 @@ void OnFreshThread(F&& f) {
     t.join();
 }
 
-TEST(Tolerances, AFreshThreadReadsTheLiteralDefaults) {
-    OnFreshThread([] {
-        EXPECT_EQ(NuGetLarge(), 1e300);
-        EXPECT_EQ(NuGetZero(), 1e-300);
-        EXPECT_EQ(NuGetTol(), 4.45e-16);
-        EXPECT_EQ(NuGetSqrtTol(), 1.5e-8);
-        EXPECT_EQ(NuGetLengthTol(), 1e-12);
-        EXPECT_EQ(NuGetMinEdgeLength(), 1e-9);
-        EXPECT_EQ(NuGetDegreeTol(), 2.777777777778e-10);
-        EXPECT_EQ(NuGetRadianTol(), 4.848136811094e-12);
-        EXPECT_EQ(NuGetMinAngle(), 2.777777777778e-8);
-    });
-}
-
-TEST(Tolerances, SettersStoreAnyValueAndTouchNoOtherTolerance) {
-    OnFreshThread([] {
-        NuSetZero(-1.0);
-        EXPECT_EQ(NuGetZero(), -1.0);
-        NuSetTol(std::numeric_limits<double>::quiet_NaN());
-        EXPECT_TRUE(std::isnan(NuGetTol()));
-        EXPECT_EQ(NuGetSqrtTol(), 1.5e-8);  // no link between Tol and SqrtTol
-        NuSetDegreeTol(0.0);
-        EXPECT_EQ(NuGetDegreeTol(), 0.0);
-        EXPECT_EQ(NuGetRadianTol(), 4.848136811094e-12);
-        NuSetLarge(-std::numeric_limits<double>::infinity());
-        EXPECT_EQ(NuGetLarge(), -std::numeric_limits<double>::infinity());
-        NuSetLengthTol(2.0);
-        NuSetMinEdgeLength(3.0);
-        NuSetRadianTol(4.0);
-        NuSetMinAngle(5.0);
-        NuSetSqrtTol(6.0);
-        EXPECT_EQ(NuGetLengthTol(), 2.0);
-        EXPECT_EQ(NuGetMinEdgeLength(), 3.0);
-        EXPECT_EQ(NuGetRadianTol(), 4.0);
-        EXPECT_EQ(NuGetMinAngle(), 5.0);
-        EXPECT_EQ(NuGetSqrtTol(), 6.0);
-    });
+TEST(Tolerances, AFreshThreadReadsTheDefaultsAndASetterStoresAnyValueInItsOwnSlotOnly) {
+    constexpr double kInf = std::numeric_limits<double>::infinity();
+    const struct {
+        const char* pszName;
+        double (*pfGet)();
+        void (*pfSet)(double);
+        double dDefault, dStored;  // the literal default, and a value no check would let pass
+    } slots[] = {
+        {"Large", NuGetLarge, NuSetLarge, 1e300, -kInf},
+        {"Zero", NuGetZero, NuSetZero, 1e-300, -1.0},
+        {"Tol", NuGetTol, NuSetTol, 4.45e-16, std::numeric_limits<double>::quiet_NaN()},
+        {"SqrtTol", NuGetSqrtTol, NuSetSqrtTol, 1.5e-8, 6.0},
+        {"LengthTol", NuGetLengthTol, NuSetLengthTol, 1e-12, 2.0},
+        {"MinEdgeLength", NuGetMinEdgeLength, NuSetMinEdgeLength, 1e-9, 3.0},
+        {"DegreeTol", NuGetDegreeTol, NuSetDegreeTol, 2.777777777778e-10, 0.0},
+        {"RadianTol", NuGetRadianTol, NuSetRadianTol, 4.848136811094e-12, 4.0},
+        {"MinAngle", NuGetMinAngle, NuSetMinAngle, 2.777777777778e-8, 5.0},
+    };
+    const int nSlots = static_cast<int>(std::size(slots));
+    // Round -1 only reads, so that every slot is first touched by a read; round k sets slot k
+    // first, on its own thread.
+    for (int nSet = -1; nSet < nSlots; ++nSet) {
+        OnFreshThread([&] {
+            if (nSet >= 0) slots[nSet].pfSet(slots[nSet].dStored);
+            for (int i = 0; i < nSlots; ++i) {
+                const double dExpected = i == nSet ? slots[i].dStored : slots[i].dDefault;
+                const double dSeen = slots[i].pfGet();
+                EXPECT_TRUE(dSeen == dExpected || (std::isnan(dSeen) && std::isnan(dExpected)))
+                    << "Get" << slots[i].pszName << " read " << dSeen << " after setting "
+                    << (nSet >= 0 ? slots[nSet].pszName : "nothing");
+            }
+        });
+    }
 }
 
 TEST(Tolerances, AValueSetOnOneThreadIsNotSeenOnAnother) {
