@@ -108,13 +108,21 @@ TEST(VectorHomogeneous, ConvertsBetweenThreeAndFourElementsReusingTheArray) {
     ExpectElements(atInfinity, {2.0, 4.0, 6.0});
 }
 
-TEST(VectorPredicates, SignAndZeroTestsAreStrict) {
+TEST(VectorPredicates, SignZeroParallelAndOrthogonalTestsAreStrict) {
     EXPECT_TRUE(CNuVector(1.0, 2.0, 3.0).IsPositive());
     EXPECT_FALSE(CNuVector(1.0, 0.0, 3.0).IsPositive());
     EXPECT_TRUE(CNuVector(1.0, 0.0, 3.0).IsNonNegative());
     EXPECT_FALSE(CNuVector(1.0, -1e-300, 3.0).IsNonNegative());
     EXPECT_TRUE(CNuVector(0.5, -0.5, 0.0).IsZero(0.6));
     EXPECT_FALSE(CNuVector(0.5, -0.5, 0.0).IsZero(0.5));
+    // Parallel and orthogonal tests ignore length and take radians.
+    CNuVector x(3.0, 0.0, 0.0);
+    CNuVector nearX(1.0, 1e-3, 0.0);  // 1e-3 rad off the X axis
+    EXPECT_TRUE(x.IsParallelTo(nearX, 2e-3));
+    EXPECT_FALSE(x.IsParallelTo(nearX, 5e-4));
+    CNuVector nearY(1e-3, 5.0, 0.0);  // 2e-4 rad off orthogonal
+    EXPECT_TRUE(x.IsOrthogonalTo(nearY, 3e-4));
+    EXPECT_FALSE(x.IsOrthogonalTo(nearY, 1e-4));
 }
 
 TEST(VectorPredicates, EqualityOfDirectionsUsesTheMinimumAngleNotTheTolerance) {
@@ -132,16 +140,6 @@ TEST(VectorPredicates, EqualityOfDirectionsUsesTheMinimumAngleNotTheTolerance) {
     EXPECT_TRUE(a.IsEqual(b, 0.02));
     EXPECT_FALSE(a.IsEqual(b, 0.01));
     EXPECT_TRUE(CNuVector().IsEqual(CNuVector(0.0, 0.0, 1e-9), 1e-8));
-}
-
-TEST(VectorPredicates, ParallelAndOrthogonalTestsIgnoreLengthAndUseRadians) {
-    CNuVector x(3.0, 0.0, 0.0);
-    CNuVector nearX(1.0, 1e-3, 0.0);  // 1e-3 rad off the X axis
-    EXPECT_TRUE(x.IsParallelTo(nearX, 2e-3));
-    EXPECT_FALSE(x.IsParallelTo(nearX, 5e-4));
-    CNuVector nearY(1e-3, 5.0, 0.0);  // 2e-4 rad off orthogonal
-    EXPECT_TRUE(x.IsOrthogonalTo(nearY, 3e-4));
-    EXPECT_FALSE(x.IsOrthogonalTo(nearY, 1e-4));
 }
 
 TEST(VectorFailures, EveryRefusalStoresItsCauseNameAndLocation) {
@@ -235,7 +233,7 @@ TEST(VectorRotation, RotationMatricesAreProperAndCleanAtRightAngles) {
     EXPECT_EQ(h.GetElement(1, 1), h.GetElement(1, 2));
 }
 
-TEST(VectorRotation, RotatingForthAndBackRestoresTheVector) {
+TEST(VectorRotation, RotatingForthAndBackRestoresTheVectorAndTheFoundAxisCarriesItOntoAnother) {
     test::Random rng;
     // The point class is not at hand here; the centre is never read, as a vector has no position.
     alignas(16) unsigned char acNoPoint[64] = {};
@@ -251,6 +249,14 @@ TEST(VectorRotation, RotatingForthAndBackRestoresTheVector) {
         w.Rotate(dDegrees, CNuGeometry::eYAxis, centre);
         w.Rotate(-dDegrees, CNuGeometry::eYAxis);
         EXPECT_NEAR(Distance(w, v), 0.0, kGeometry);
+        // The axis and angle found between v and another vector carry v onto it.
+        CNuVector b = RandomVector(rng), found;
+        double dRadians = 0.0;
+        v.GetRotationAxis(b, found, dRadians);
+        EXPECT_NEAR(found.Magnitude(), 1.0, kGeometry);
+        CNuVector turned = v * v.GetRotationMatrix(dRadians, found);
+        EXPECT_NEAR(Distance(turned * (1.0 / v.Magnitude()), b * (1.0 / b.Magnitude())), 0.0,
+                    kGeometry);
     }
 }
 
@@ -262,19 +268,6 @@ TEST(VectorRotation, EarlyExitsComeBeforeTheAxisIsChecked) {
     v.Rotate(1e-301, CNuVector(2));  // no angle: likewise
     ExpectElements(v, {1.0, 2.0, 3.0});
     EXPECT_TRUE(v.GetRotationMatrix(0.0, CNuVector(7)).IsEqual(CNuMatrix::Identity(3), 0.5));
-}
-
-TEST(VectorRotation, RotationAxisAndAngleCarryOneVectorOntoAnother) {
-    test::Random rng;
-    for (int n = 0; n < 50; ++n) {
-        CNuVector a = RandomVector(rng), b = RandomVector(rng), axis;
-        double dRadians = 0.0;
-        a.GetRotationAxis(b, axis, dRadians);
-        EXPECT_NEAR(axis.Magnitude(), 1.0, kGeometry);
-        CNuVector turned = a * a.GetRotationMatrix(dRadians, axis);
-        EXPECT_NEAR(Distance(turned * (1.0 / a.Magnitude()), b * (1.0 / b.Magnitude())), 0.0,
-                    kGeometry);
-    }
 }
 
 TEST(VectorAngles, AngleAgreesWithTheTwoArgumentArcTangent) {
