@@ -28,20 +28,15 @@ using Op = CNuOperationException;
                                          << " off the plane and " << dRadius << " off the radius";
 }
 
-TEST(Circle, RefusesAZeroRadiusAndBadNormals) {
-    ExpectNuFailure<Con>([] { CNuCircle(0.0); }, 5, "radius", "CNuCircle");
-    ExpectNuFailure<Con>([] { CNuCircle(-1.0, CNuPoint()); }, 5, "radius", "CNuCircle");
-    ExpectNuFailure<Con>([] { CNuCircle(1.0, CNuPoint(), CNuVector(2)); }, 4, "", "CNuCircle");
-    ExpectNuFailure<Con>([] { CNuCircle(1.0, CNuPoint(), CNuVector(0, 0, 0)); }, 3, "",
-                         "CNuCircle");
-
-    CNuCircle circle(2.0, CNuPoint(1, 2, 3), CNuVector(0.0, 3.0, 0.0));
-    double r = 0.0;
-    CNuPoint centre;
+TEST(Circle, RefusesAZeroRadiusAndBadNormalsAndStoresItsNormalUnit) {
+    test::ExpectFailures<Con>({
+        {[] { CNuCircle(0.0); }, 5, "radius", "CNuCircle"},
+        {[] { CNuCircle(-1.0, CNuPoint()); }, 5, "radius", "CNuCircle"},
+        {[] { CNuCircle(1.0, CNuPoint(), CNuVector(2)); }, 4, "", "CNuCircle"},
+        {[] { CNuCircle(1.0, CNuPoint(), CNuVector(0, 0, 0)); }, 3, "", "CNuCircle"},
+    });
     CNuVector normal;
-    circle.GetData(&r, &centre, &normal);
-    EXPECT_EQ(r, 2.0);
-    EXPECT_TRUE(PointsNear(centre, CNuPoint(1, 2, 3), 0.0));
+    CNuCircle(2.0, CNuPoint(1, 2, 3), CNuVector(0.0, 3.0, 0.0)).GetData(nullptr, nullptr, &normal);
     EXPECT_TRUE(PointsNear(normal.To3DPoint(), CNuPoint(0, 1, 0), 0.0));
     EXPECT_FALSE(CNuCircle(1.0).IsPositionSet());
     EXPECT_TRUE(PointsNear(CNuCircle(1.0).GetCentre(), CNuPoint(), 0.0));
@@ -63,8 +58,8 @@ TEST(Circle, ConvertsToClosedPointListsOnTheCircle) {
 
     CNuPointArray two = CNuCircle(3.0).ToPointArray(2);
     ASSERT_EQ(two.GetSize(), 2);
-    EXPECT_TRUE(PointsNear(two[0], CNuPoint(3, 0, 0), 0.0));
-    EXPECT_TRUE(PointsNear(two[1], CNuPoint(3, 0, 0), 0.0)) << "the same point twice";
+    for (int i = 0; i < 2; ++i)
+        EXPECT_TRUE(PointsNear(two[i], CNuPoint(3, 0, 0), 0.0)) << "the same point twice";
     // A quarter turn is exact: the cleaned step has a cosine of exactly 0.
     CNuPointArray square = CNuCircle(2.0).ToPointArray(5);
     EXPECT_TRUE(PointsNear(square[1], CNuPoint(0, 2, 0), 0.0));
@@ -133,27 +128,23 @@ TEST(Circle, MeetsCoplanarCirclesInTwoOneOrNoPoints) {
         CNuPoint a;
         CNuPoint b;
         ASSERT_EQ(first.IntersectWith(second, &a, &b), 2) << "d " << d;
-        EXPECT_TRUE(OnCircle(a, first, kCurve));
-        EXPECT_TRUE(OnCircle(a, second, kCurve));
-        EXPECT_TRUE(OnCircle(b, first, kCurve));
-        EXPECT_TRUE(OnCircle(b, second, kCurve));
+        for (const CNuCircle* pCircle : {&first, &second})
+            EXPECT_TRUE(OnCircle(a, *pCircle, kCurve) && OnCircle(b, *pCircle, kCurve));
         EXPECT_GT(a.DistanceTo(b), 1e-3);
-
-        EXPECT_EQ(first.IntersectWith(CNuCircle(r2, at(r1 + r2 + 0.1), f.z), &a, &b), 0);
-        EXPECT_EQ(first.IntersectWith(CNuCircle(r1 + 0.5, at(0.2), f.z), &a, &b), 0)
-            << "one inside the other";
-        EXPECT_EQ(first.IntersectWith(CNuCircle(r2, f.origin, f.z), &a, &b), 0) << "concentric";
-        EXPECT_EQ(first.IntersectWith(CNuCircle(r1, f.origin, f.z), &a, &b), 0)
-            << "the same circle";
+        // Apart, one inside the other, concentric, the same circle.
+        for (const CNuCircle& other :
+             {CNuCircle(r2, at(r1 + r2 + 0.1), f.z), CNuCircle(r1 + 0.5, at(0.2), f.z),
+              CNuCircle(r2, f.origin, f.z), CNuCircle(r1, f.origin, f.z)})
+            EXPECT_EQ(first.IntersectWith(other, &a, &b), 0) << test::Text(other.GetCentre());
     }
     // Touching from outside and from inside, with exact data.
     CNuCircle unit(1.0, CNuPoint(0, 0, 0));
     CNuPoint a;
     CNuPoint b;
-    ASSERT_EQ(unit.IntersectWith(CNuCircle(2.0, CNuPoint(3, 0, 0)), &a, &b), 1);
-    EXPECT_TRUE(PointsNear(a, CNuPoint(1, 0, 0), kCurve));
-    ASSERT_EQ(unit.IntersectWith(CNuCircle(2.0, CNuPoint(-1, 0, 0)), &a, &b), 1);
-    EXPECT_TRUE(PointsNear(a, CNuPoint(1, 0, 0), kCurve));
+    for (double dCentre : {3.0, -1.0}) {
+        ASSERT_EQ(unit.IntersectWith(CNuCircle(2.0, CNuPoint(dCentre, 0, 0)), &a, &b), 1);
+        EXPECT_TRUE(PointsNear(a, CNuPoint(1, 0, 0), kCurve)) << "centre at " << dCentre;
+    }
 }
 
 TEST(Circle, MeetsCirclesInCrossingPlanesOnTheirCommonLine) {

@@ -28,10 +28,10 @@ TEST(Point, ComparesByAStrictBoxAndRefusesHugeFactorsAndTinyDivisors) {
     EXPECT_EQ(p.IsEqual(CNuPoint(1.9, 2.9, 3.9), 1.0), eNuTrue);
     EXPECT_EQ(p.IsEqual(CNuPoint(2.0, 2.0, 3.0), 1.0), eNuFalse);
     EXPECT_EQ(CNuPoint(0.5, 0.0, 0.0).IsZero(0.5), eNuFalse);
-    ExpectNuFailure<Op>([&] { p / 0.0; }, 106, "operator/", "CNuPoint");
-    ExpectNuFailure<Op>([&] { p /= 1e-301; }, 106, "operator/=", "CNuPoint");
-    ExpectNuFailure<Op>([&] { p * 1e301; }, 107, "operator*", "CNuPoint");
-    ExpectNuFailure<Op>([&] { p *= -1e301; }, 107, "operator*=", "CNuPoint");
+    test::ExpectFailures<Op>({{[&] { p / 0.0; }, 106, "operator/", "CNuPoint"},
+                              {[&] { p /= 1e-301; }, 106, "operator/=", "CNuPoint"},
+                              {[&] { p * 1e301; }, 107, "operator*", "CNuPoint"},
+                              {[&] { p *= -1e301; }, 107, "operator*=", "CNuPoint"}});
     EXPECT_TRUE(PointsNear(p, CNuPoint(1.0, 2.0, 3.0), test::kExact)) << "left unchanged";
 }
 
@@ -106,7 +106,7 @@ TEST(Point, MidPlanesBisectAndRefuseVanishingOffsets) {
                         "CNuPoint::MidPlane(CNuLine)");
 }
 
-TEST(Point, TellsSidesOfLinesAndPlanesAndRefusesShapesItCannotMeasure) {
+TEST(Point, TellsSidesOfLinesPlanesAndCirclesAndRefusesShapesItCannotMeasure) {
     CNuLine xAxis(CNuPoint(0.0, 0.0, 0.0), CNuVector(1.0, 0.0, 0.0));
     EXPECT_EQ(CNuPoint(3, 1, 0).LineSide(xAxis, 1e-9), CNuGeometry::eLineSidePositive);
     EXPECT_EQ(CNuPoint(3, -1, 0).LineSide(xAxis, 1e-9), CNuGeometry::eLineSideNegative);
@@ -125,31 +125,27 @@ TEST(Point, TellsSidesOfLinesAndPlanesAndRefusesShapesItCannotMeasure) {
 
     CNuPoint p(1.0, 2.0, 3.0);
     test::TaggedSurface torus(CNuObject::eTypeTorSurf);
-    test::TaggedSurface cylinder(CNuObject::eTypeCylSurf);
     test::TaggedCurve pcurve(CNuObject::eTypePCurve);
-    const char* pszDistance = "CNuPoint::DistanceTo()";
-    ExpectNuFailure<Op>([&] { p.DistanceTo(torus); }, 145, "calculation", pszDistance);
-    ExpectNuFailure<Op>([&] { p.DistanceTo(cylinder); }, 145, "calculation", pszDistance);
-    ExpectNuFailure<Op>([&] { p.DistanceTo(pcurve); }, 145, "calculation", pszDistance);
-    ExpectNuFailure<Op>([&] { p.ProjectionOn(torus); }, 145, "calculation",
-                        "CNuPoint::ProjectionOn(CNuSurface)");
-    ExpectNuFailure<Op>([&] { p.CurveSide(pcurve, 1e-9); }, 145, "calculation",
-                        "CNuPoint::CurveSide()");
-    ExpectNuFailure<Op>([&] { p.SurfaceSide(xAxis, 1e-9); }, 145, "calculation",
-                        "CNuPoint::SurfaceSide()");
-}
+    test::ExpectFailures<Op>({
+        {[&] { p.DistanceTo(torus); }, 145, "calculation", "CNuPoint::DistanceTo()"},
+        {[&] { p.DistanceTo(pcurve); }, 145, "calculation", "CNuPoint::DistanceTo()"},
+        {[&] { p.ProjectionOn(torus); }, 145, "calculation", "CNuPoint::ProjectionOn(CNuSurface)"},
+        {[&] { p.CurveSide(pcurve, 1e-9); }, 145, "calculation", "CNuPoint::CurveSide()"},
+        {[&] { p.SurfaceSide(xAxis, 1e-9); }, 145, "calculation", "CNuPoint::SurfaceSide()"},
+    });
 
-TEST(Point, MeasuresCirclesInTheirPlaneAndRefusesPointsOffIt) {
+    // Circles are measured in their plane, and points off it refused.
     CNuCircle circle(2.0, CNuPoint(1.0, 1.0, 1.0), CNuVector(0.0, 0.0, 1.0));
     EXPECT_NEAR(CNuPoint(4.0, 1.0, 1.0).DistanceTo(circle), 1.0, kGeometry);
     EXPECT_NEAR(CNuPoint(1.0, 1.0, 1.0).DistanceTo(circle), 2.0, kGeometry);
     EXPECT_EQ(CNuPoint(3.0, 1.0, 1.0).CurveSide(circle, 1e-9), CNuGeometry::eCurveSideOn);
     EXPECT_EQ(CNuPoint(1.5, 1.0, 1.0).CurveSide(circle, 1e-9), CNuGeometry::eCurveSideInner);
     EXPECT_EQ(CNuPoint(9.0, 1.0, 1.0).CurveSide(circle, 1e-9), CNuGeometry::eCurveSideOuter);
-    ExpectNuFailure<Op>([&] { CNuPoint(1.0, 1.0, 2.0).DistanceTo(circle); }, 122, "calculation",
-                        "CNuPoint::DistanceTo()");
-    ExpectNuFailure<Op>([&] { CNuPoint(1.0, 1.0, 2.0).CurveSide(circle, 1e-9); }, 122,
-                        "calculation", "CNuPoint::CurveSide()");
+    CNuPoint off(1.0, 1.0, 2.0);
+    test::ExpectFailures<Op>({
+        {[&] { off.DistanceTo(circle); }, 122, "calculation", "CNuPoint::DistanceTo()"},
+        {[&] { off.CurveSide(circle, 1e-9); }, 122, "calculation", "CNuPoint::CurveSide()"},
+    });
 }
 
 TEST(Point, RecordHasTwentyFiveBytesAndAWrongTagReadsNothing) {
@@ -160,7 +156,7 @@ TEST(Point, RecordHasTwentyFiveBytesAndAWrongTagReadsNothing) {
         out.write("l", 1);
     }
     std::ifstream in(sPath, std::ios::binary | std::ios::ate);
-    EXPECT_EQ(static_cast<long>(in.tellg()), 26L);
+    EXPECT_EQ(static_cast<long>(in.tellg()), 26L) << "25 bytes and the stray tag";
     in.seekg(0);
     CNuPoint q;
     ASSERT_TRUE(q.BinaryRead(in));
@@ -168,7 +164,6 @@ TEST(Point, RecordHasTwentyFiveBytesAndAWrongTagReadsNothing) {
     EXPECT_FALSE(q.BinaryRead(in));
     EXPECT_FALSE(q.BinaryRead(in)) << "at the end of the file the tag stays '0'";
     EXPECT_EQ(q.y(), -2.25);
-    in.close();
     std::remove(sPath.c_str());
 }
 
