@@ -108,6 +108,30 @@ TEST(VectorHomogeneous, ConvertsBetweenThreeAndFourElementsReusingTheArray) {
     ExpectElements(atInfinity, {2.0, 4.0, 6.0});
 }
 
+// Short vectors keep their elements inside the object, long ones on the heap: copies and
+// assignments across that boundary must stay deep and independent (run under the sanitizers).
+TEST(VectorStorage, CopiesAndAssignmentsAcrossSizesAreDeepAndIndependent) {
+    for (int nFrom : {1, 3, 4, 5, 12})
+        for (int nTo : {1, 3, 4, 5, 12}) {
+            CNuVector from(nFrom), to(nTo);
+            for (int i = 0; i < nFrom; ++i)
+                from[i] = 1.5 * i + 1.0;
+            to = from;
+            CNuVector copy(to);
+            from[0] = -7.0;
+            copy[nFrom - 1] = -9.0;
+            ASSERT_EQ(to.GetSize(), nFrom) << nFrom << " into " << nTo;
+            EXPECT_EQ(to.GetCapacity(), nFrom == nTo ? nTo : nFrom);
+            for (int i = 0; i < nFrom; ++i)
+                EXPECT_EQ(to[i], 1.5 * i + 1.0) << nFrom << " into " << nTo << ", element " << i;
+            EXPECT_NE(copy.GetData(), to.GetData());
+        }
+    CNuVector self(1.0, 2.0, 3.0);
+    const CNuVector& alias = self;
+    self = alias;
+    ExpectElements(self, {1.0, 2.0, 3.0});
+}
+
 TEST(VectorPredicates, SignZeroParallelAndOrthogonalTestsAreStrict) {
     EXPECT_TRUE(CNuVector(1.0, 2.0, 3.0).IsPositive());
     EXPECT_FALSE(CNuVector(1.0, 0.0, 3.0).IsPositive());
