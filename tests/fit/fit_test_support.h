@@ -11,6 +11,8 @@
 #include <vector>
 
 #include "nu_test.h"
+#include "numorix/geometry/line.h"
+#include "numorix/geometry/plane.h"
 #include "numorix/geometry/point_array.h"
 #include "numorix/linalg/vector.h"
 
@@ -66,6 +68,53 @@ inline bool ReadGaussSet(const std::string& id, CNuPointArray* pPoints,
     *pPoints = ReadAsc(TracimFile("ptb-tracim-gauss", "data", id, ".asc"));
     *pAnswer = ReadAnswer(TracimFile("ptb-tracim-gauss", "answer", id, ".txt"));
     return pPoints->GetSize() > 0 && pAnswer->size() >= 6;
+}
+
+// A certified set of the Chebyshev package and its answer of at least nValues figures; false when
+// either is absent.
+inline bool ReadChebyshevSet(const std::string& id, std::size_t nValues, CNuPointArray* pPoints,
+                             std::vector<double>* pAnswer) {
+    *pPoints = ReadAsc(TracimFile("ptb-tracim-chebyshev", "data", id, ".asc"));
+    *pAnswer = ReadAnswer(TracimFile("ptb-tracim-chebyshev", "answer", id, ".txt"));
+    return pPoints->GetSize() > 0 && pAnswer->size() >= nValues;
+}
+
+// n points over a square of half-side dExtent in the plane through origin normal to normal,
+// off the plane by up to dThickness either way.
+inline CNuPointArray NearPlane(Random& rng, CNuVector normal, int n, double dExtent,
+                               double dThickness, const CNuVector& origin = CNuVector(0, 0, 0)) {
+    normal.Normalise();
+    CNuVector u;
+    normal.OrthonormalX(&u);
+    CNuVector v = normal * u;
+    CNuPointArray points(n);
+    for (int i = 0; i < n; ++i) {
+        CNuVector p = u * rng.Uniform(-dExtent, dExtent) + v * rng.Uniform(-dExtent, dExtent) +
+                      normal * rng.Uniform(-dThickness, dThickness) + origin;
+        points.Add(p.To3DPoint());
+    }
+    return points;
+}
+
+// Signed distance of a point from a plane, along its normal.
+inline double SignedDistance(const CNuPoint& p, const CNuPlane& plane) {
+    return (p - plane.GetPoint()).To3DVector() % plane.GetNormal();
+}
+
+// Signed distance in the XY plane from a line lying in it.
+inline double Side(const CNuPoint& p, const CNuLine& line) {
+    const CNuVector& d = line.GetDirection();
+    return d[0] * (p.y() - line.GetPoint().y()) - d[1] * (p.x() - line.GetPoint().x());
+}
+
+// A cleaned direction: its first component of largest magnitude is positive.
+inline ::testing::AssertionResult IsCleaned(const CNuVector& v) {
+    int nLargest = 0;
+    for (int i = 1; i < 3; ++i)
+        if (std::fabs(v[i]) > std::fabs(v[nLargest])) nLargest = i;
+    if (v[nLargest] > 0.0) return ::testing::AssertionSuccess();
+    return ::testing::AssertionFailure() << "component " << nLargest << " of (" << v[0] << ", "
+                                         << v[1] << ", " << v[2] << ") is not positive";
 }
 
 // The angle between two lines or two plane normals, sign-insensitive, in radians.
