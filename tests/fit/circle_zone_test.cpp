@@ -4,7 +4,6 @@
 // mapping are in the tables of fit_frame_test.cpp.
 #include <algorithm>
 #include <cmath>
-#include <limits>
 #include <string>
 #include <vector>
 
@@ -284,19 +283,6 @@ TEST(CircleMinZone, ReachingTheExchangeLimitIsNotConverged) {
     EXPECT_EQ(NuGetLengthTol(), dSaved);
     EXPECT_EQ(c.FitMinZoneEx(points, &dZone, kFitTol, lLeast), eNuFitOk);
     EXPECT_EQ(NuGetLengthTol(), dSaved);
-}
-
-TEST(CircleZoneFits, NanCoordinateEndsWithACause) {
-    CNuPointArray points =
-        test::Points({CNuPoint(0, 0, 0), CNuPoint(4, 0, 0), CNuPoint(0, 3, 0),
-                      CNuPoint(std::numeric_limits<double>::quiet_NaN(), 1, 0), CNuPoint(2, 2, 0)});
-    CNuCircle c(1.0);
-    double dZone = -1.0;
-    // Each call ends, with a result or a cause; none runs on.
-    (void)c.FitMinZoneEx(points, &dZone, kFitTol, 50);
-    (void)c.FitMinEx(points, kFitTol);
-    (void)c.FitMaxEx(points, kFitTol);
-    SUCCEED();
 }
 
 TEST(CircleMinZone, MeetsPtbLimitsOnTheCertifiedCircles) {

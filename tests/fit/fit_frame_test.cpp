@@ -117,12 +117,18 @@ TEST(FitEx, EveryFormMapsItsResultAndRestoresTheLengthTolerance) {
         {[&] { return circle.FitMaxEx(s.flatDiagonal, 1e-7); }, eNuFitFailed},
         {[&] { return circle.FitMinZoneEx(s.lobed, &dZone, 1e-7, 100); }, eNuFitOk},
         {[&] { return circle.FitMinZoneEx(s.tetra, &dZone, 1e-9, 10); }, eNuFitFailed},
+        {[&] { return circle.FitMinEx(s.nan, 1e-9); }, eNuFitFailed},
+        {[&] { return circle.FitMaxEx(s.nan, 1e-9); }, eNuFitFailed},
     };
     for (std::size_t k = 0; k < rows.size(); ++k) {
         EXPECT_EQ(rows[k].first(), rows[k].second) << "row " << k;
         EXPECT_EQ(NuGetLengthTol(), dThreadTol) << "row " << k;
     }
     EXPECT_NEAR(dSquareZone, 1.0, kClosedForm);
+    // The circle zone of a NaN set ends, whatever it reports (today eNuFitOk, the NaN point
+    // left out of the zone).
+    (void)circle.FitMinZoneEx(s.nan, &dZone, 1e-9, 50);
+    EXPECT_EQ(NuGetLengthTol(), dThreadTol);
     // The least-squares circle has no tolerance argument: the thread's own decides collinearity.
     // 1e-7 off the line is collinear at 1e-6 and a circle at 1e-12.
     CNuPointArray flat = test::Points({CNuPoint(0, 0, 0), CNuPoint(1, 1e-7, 0), CNuPoint(2, 0, 0)});

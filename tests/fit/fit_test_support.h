@@ -123,9 +123,9 @@ inline double AxisAngle(const CNuVector& a, const CNuVector& b) {
     return std::atan2(c.Magnitude(), std::fabs(a % b));
 }
 
-// Principal axes of the centred points, by Eigen's symmetric eigen solver of the scatter matrix:
-// column 0 belongs to the smallest eigenvalue, column 2 to the largest.
-inline Eigen::Matrix3d PrincipalAxes(const CNuPointArray& points, Eigen::Vector3d* pMean) {
+// Principal axis k of the centred points, by Eigen's symmetric eigen solver of the scatter
+// matrix: axis 0 belongs to the smallest eigenvalue, axis 2 to the largest.
+inline CNuVector PrincipalAxis(const CNuPointArray& points, int k) {
     int n = points.GetSize();
     Eigen::Vector3d mean = Eigen::Vector3d::Zero();
     for (int i = 0; i < n; ++i)
@@ -136,8 +136,9 @@ inline Eigen::Matrix3d PrincipalAxes(const CNuPointArray& points, Eigen::Vector3
         Eigen::Vector3d d = Eigen::Vector3d(points[i].x(), points[i].y(), points[i].z()) - mean;
         scatter += d * d.transpose();
     }
-    *pMean = mean;
-    return Eigen::SelfAdjointEigenSolver<Eigen::Matrix3d>(scatter).eigenvectors();
+    Eigen::Vector3d axis =
+        Eigen::SelfAdjointEigenSolver<Eigen::Matrix3d>(scatter).eigenvectors().col(k);
+    return CNuVector(axis.x(), axis.y(), axis.z());
 }
 
 // Width of the points along a unit direction: the largest projection less the smallest.

@@ -29,13 +29,6 @@ CNuPointArray NoisyLine(test::Random& rng, const CNuPoint& q, const CNuVector& d
     return points;
 }
 
-// Column k of the principal axes of the points (0: smallest spread, 2: largest).
-CNuVector PrincipalAxis(const CNuPointArray& points, int k) {
-    Eigen::Vector3d mean;
-    Eigen::Matrix3d axes = test::PrincipalAxes(points, &mean);
-    return CNuVector(axes(0, k), axes(1, k), axes(2, k));
-}
-
 TEST(LineAndPlaneFit, AgreeWithThePrincipalAxesOnNoisyDataAndAreCleaned) {
     test::Random rng;
     for (int nCase = 0; nCase < 20; ++nCase) {
@@ -49,9 +42,9 @@ TEST(LineAndPlaneFit, AgreeWithThePrincipalAxesOnNoisyDataAndAreCleaned) {
         line.Fit(onLine);
         CNuPlane plane;
         plane.Fit(onPlane);
-        EXPECT_LT(test::AxisAngle(line.GetDirection(), PrincipalAxis(onLine, 2)), kAxis)
+        EXPECT_LT(test::AxisAngle(line.GetDirection(), test::PrincipalAxis(onLine, 2)), kAxis)
             << "case " << nCase;
-        EXPECT_LT(test::AxisAngle(plane.GetNormal(), PrincipalAxis(onPlane, 0)), kAxis)
+        EXPECT_LT(test::AxisAngle(plane.GetNormal(), test::PrincipalAxis(onPlane, 0)), kAxis)
             << "case " << nCase;
         EXPECT_EQ(line.GetPoint().x(), onLine.MeanPoint().x());
         EXPECT_TRUE(test::IsCleaned(line.GetDirection())) << "case " << nCase;
