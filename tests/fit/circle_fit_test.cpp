@@ -311,7 +311,7 @@ TEST(CircleFit, MeetsPtbLimitsOnTheCertifiedCircles) {
         std::string id = test::SetName("b", k);
         CNuPointArray points;
         std::vector<double> a;
-        if (!test::ReadGaussSet(id, &points, &a) || a.size() < 7) {
+        if (!test::ReadTracimSet("ptb-tracim-gauss", id, 7, &points, &a)) {
             GTEST_SKIP() << "PTB set " << id << " absent";
         }
         CNuCircle circle(1.0);

@@ -291,7 +291,7 @@ TEST(CircleMinZone, MeetsPtbLimitsOnTheCertifiedCircles) {
         std::string id = test::SetName("C", k);
         CNuPointArray points;
         std::vector<double> a;
-        if (!test::ReadChebyshevSet(id, 5, &points, &a))
+        if (!test::ReadTracimSet("ptb-tracim-chebyshev", id, 5, &points, &a))
             GTEST_SKIP() << "PTB set " << id << " absent";
         CNuCircle c(1.0);
         double dZone = -1.0;

@@ -61,21 +61,12 @@ inline std::string SetName(const char* pszPrefix, int n) {
     return sz;
 }
 
-// A certified set of the Gaussian package and its answer (a point, then a direction); false when
-// either is absent.
-inline bool ReadGaussSet(const std::string& id, CNuPointArray* pPoints,
-                         std::vector<double>* pAnswer) {
-    *pPoints = ReadAsc(TracimFile("ptb-tracim-gauss", "data", id, ".asc"));
-    *pAnswer = ReadAnswer(TracimFile("ptb-tracim-gauss", "answer", id, ".txt"));
-    return pPoints->GetSize() > 0 && pAnswer->size() >= 6;
-}
-
-// A certified set of the Chebyshev package and its answer of at least nValues figures; false when
-// either is absent.
-inline bool ReadChebyshevSet(const std::string& id, std::size_t nValues, CNuPointArray* pPoints,
-                             std::vector<double>* pAnswer) {
-    *pPoints = ReadAsc(TracimFile("ptb-tracim-chebyshev", "data", id, ".asc"));
-    *pAnswer = ReadAnswer(TracimFile("ptb-tracim-chebyshev", "answer", id, ".txt"));
+// A certified set of a TraCIM package ("ptb-tracim-gauss" or "ptb-tracim-chebyshev") and its
+// answer of at least nValues figures; false when either is absent.
+inline bool ReadTracimSet(const char* pszPackage, const std::string& id, std::size_t nValues,
+                          CNuPointArray* pPoints, std::vector<double>* pAnswer) {
+    *pPoints = ReadAsc(TracimFile(pszPackage, "data", id, ".asc"));
+    *pAnswer = ReadAnswer(TracimFile(pszPackage, "answer", id, ".txt"));
     return pPoints->GetSize() > 0 && pAnswer->size() >= nValues;
 }
 

@@ -140,7 +140,8 @@ TEST(LineAndPlaneFit, MeetPtbLimitsOnTheCertifiedLinesAndPlanes) {
         std::string id = test::SetName("b", k);
         CNuPointArray points;
         std::vector<double> a;
-        if (!test::ReadGaussSet(id, &points, &a)) GTEST_SKIP() << "PTB set " << id << " absent";
+        if (!test::ReadTracimSet("ptb-tracim-gauss", id, 6, &points, &a))
+            GTEST_SKIP() << "PTB set " << id << " absent";
         CNuPoint ref(a[0], a[1], a[2]);
         CNuVector axis(a[3], a[4], a[5]);
         CNuLine line;

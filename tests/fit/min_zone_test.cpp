@@ -217,7 +217,7 @@ TEST(LineAndPlaneMinZone, MeetPtbLimitsOnTheCertifiedLinesAndPlanes) {
         std::string id = test::SetName("C", k);
         CNuPointArray points;
         std::vector<double> a;
-        if (!test::ReadChebyshevSet(id, 7, &points, &a))
+        if (!test::ReadTracimSet("ptb-tracim-chebyshev", id, 7, &points, &a))
             GTEST_SKIP() << "PTB set " << id << " absent";
         CNuPoint ref(a[0], a[1], a[2]);
         CNuVector axis(a[3], a[4], a[5]);
