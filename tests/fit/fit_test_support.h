@@ -11,6 +11,8 @@
 #include <vector>
 
 #include "nu_test.h"
+#include "numorix/geometry/line.h"
+#include "numorix/geometry/plane.h"
 #include "numorix/geometry/point_array.h"
 #include "numorix/linalg/vector.h"
 
@@ -59,13 +61,51 @@ inline std::string SetName(const char* pszPrefix, int n) {
     return sz;
 }
 
-// A certified set of the Gaussian package and its answer (a point, then a direction); false when
-// either is absent.
-inline bool ReadGaussSet(const std::string& id, CNuPointArray* pPoints,
-                         std::vector<double>* pAnswer) {
-    *pPoints = ReadAsc(TracimFile("ptb-tracim-gauss", "data", id, ".asc"));
-    *pAnswer = ReadAnswer(TracimFile("ptb-tracim-gauss", "answer", id, ".txt"));
-    return pPoints->GetSize() > 0 && pAnswer->size() >= 6;
+// A certified set of a TraCIM package ("ptb-tracim-gauss" or "ptb-tracim-chebyshev") and its
+// answer of at least nValues figures; false when either is absent.
+inline bool ReadTracimSet(const char* pszPackage, const std::string& id, std::size_t nValues,
+                          CNuPointArray* pPoints, std::vector<double>* pAnswer) {
+    *pPoints = ReadAsc(TracimFile(pszPackage, "data", id, ".asc"));
+    *pAnswer = ReadAnswer(TracimFile(pszPackage, "answer", id, ".txt"));
+    return pPoints->GetSize() > 0 && pAnswer->size() >= nValues;
+}
+
+// n points over a square of half-side dExtent in the plane through origin normal to normal,
+// off the plane by up to dThickness either way.
+inline CNuPointArray NearPlane(Random& rng, CNuVector normal, int n, double dExtent,
+                               double dThickness, const CNuVector& origin = CNuVector(0, 0, 0)) {
+    normal.Normalise();
+    CNuVector u;
+    normal.OrthonormalX(&u);
+    CNuVector v = normal * u;
+    CNuPointArray points(n);
+    for (int i = 0; i < n; ++i) {
+        CNuVector p = u * rng.Uniform(-dExtent, dExtent) + v * rng.Uniform(-dExtent, dExtent) +
+                      normal * rng.Uniform(-dThickness, dThickness) + origin;
+        points.Add(p.To3DPoint());
+    }
+    return points;
+}
+
+// Signed distance of a point from a plane, along its normal.
+inline double SignedDistance(const CNuPoint& p, const CNuPlane& plane) {
+    return (p - plane.GetPoint()).To3DVector() % plane.GetNormal();
+}
+
+// Signed distance in the XY plane from a line lying in it.
+inline double Side(const CNuPoint& p, const CNuLine& line) {
+    const CNuVector& d = line.GetDirection();
+    return d[0] * (p.y() - line.GetPoint().y()) - d[1] * (p.x() - line.GetPoint().x());
+}
+
+// A cleaned direction: its first component of largest magnitude is positive.
+inline ::testing::AssertionResult IsCleaned(const CNuVector& v) {
+    int nLargest = 0;
+    for (int i = 1; i < 3; ++i)
+        if (std::fabs(v[i]) > std::fabs(v[nLargest])) nLargest = i;
+    if (v[nLargest] > 0.0) return ::testing::AssertionSuccess();
+    return ::testing::AssertionFailure() << "component " << nLargest << " of (" << v[0] << ", "
+                                         << v[1] << ", " << v[2] << ") is not positive";
 }
 
 // The angle between two lines or two plane normals, sign-insensitive, in radians.
@@ -74,9 +114,9 @@ inline double AxisAngle(const CNuVector& a, const CNuVector& b) {
     return std::atan2(c.Magnitude(), std::fabs(a % b));
 }
 
-// Principal axes of the centred points, by Eigen's symmetric eigen solver of the scatter matrix:
-// column 0 belongs to the smallest eigenvalue, column 2 to the largest.
-inline Eigen::Matrix3d PrincipalAxes(const CNuPointArray& points, Eigen::Vector3d* pMean) {
+// Principal axis k of the centred points, by Eigen's symmetric eigen solver of the scatter
+// matrix: axis 0 belongs to the smallest eigenvalue, axis 2 to the largest.
+inline CNuVector PrincipalAxis(const CNuPointArray& points, int k) {
     int n = points.GetSize();
     Eigen::Vector3d mean = Eigen::Vector3d::Zero();
     for (int i = 0; i < n; ++i)
@@ -87,8 +127,9 @@ inline Eigen::Matrix3d PrincipalAxes(const CNuPointArray& points, Eigen::Vector3
         Eigen::Vector3d d = Eigen::Vector3d(points[i].x(), points[i].y(), points[i].z()) - mean;
         scatter += d * d.transpose();
     }
-    *pMean = mean;
-    return Eigen::SelfAdjointEigenSolver<Eigen::Matrix3d>(scatter).eigenvectors();
+    Eigen::Vector3d axis =
+        Eigen::SelfAdjointEigenSolver<Eigen::Matrix3d>(scatter).eigenvectors().col(k);
+    return CNuVector(axis.x(), axis.y(), axis.z());
 }
 
 // Width of the points along a unit direction: the largest projection less the smallest.

@@ -1,7 +1,10 @@
 // Minimum-zone lines (points in a plane) and planes against brute force over all supports on
-// random, near-degenerate and grid sets, the bounding pairs, the degenerate and refused inputs,
-// and the certified PTB Chebyshev sets.
+// random, near-degenerate and grid sets, the bounding pairs and their supports, the degenerate
+// and hostile inputs, the exchange limit, and the certified PTB Chebyshev sets. Refusals are in
+// the table of fit_frame_test.cpp.
+#include <algorithm>
 #include <cmath>
+#include <functional>
 #include <limits>
 
 #include "fit_test_support.h"
@@ -19,34 +22,24 @@ constexpr double kZoneTol = 1e-9;
 // Distance checks of points against the returned pair, on coordinates of order 10.
 constexpr double kInside = 1e-9;
 
-double SignedDistance(const CNuPoint& p, const CNuPlane& plane) {
-    return (p - plane.GetPoint()).To3DVector() % plane.GetNormal();
-}
-
 // Every point lies between the two bounding planes, and they are zone apart.
 void ExpectPlanePair(const CNuPointArray& points, const CNuPlane& inner, const CNuPlane& outer,
                      double dZone) {
-    EXPECT_NEAR(SignedDistance(outer.GetPoint(), inner), dZone, kInside);
+    EXPECT_NEAR(test::SignedDistance(outer.GetPoint(), inner), dZone, kInside);
     for (int i = 0; i < points.GetSize(); ++i) {
-        double d = SignedDistance(points[i], inner);
+        double d = test::SignedDistance(points[i], inner);
         EXPECT_GT(d, -kInside) << "point " << i;
         EXPECT_LT(d, dZone + kInside) << "point " << i;
     }
 }
 
-// Signed distance in the XY plane from a line lying in it.
-double Side(const CNuPoint& p, const CNuLine& line) {
-    const CNuVector& d = line.GetDirection();
-    return d[0] * (p.y() - line.GetPoint().y()) - d[1] * (p.x() - line.GetPoint().x());
-}
-
 void ExpectLinePair(const CNuPointArray& points, const CNuLine& inner, const CNuLine& outer,
                     double dZone) {
-    double dGap = std::fabs(Side(outer.GetPoint(), inner));
+    double dGap = std::fabs(test::Side(outer.GetPoint(), inner));
     EXPECT_NEAR(dGap, dZone, kInside);
     for (int i = 0; i < points.GetSize(); ++i) {
-        double a = Side(points[i], inner);
-        double b = Side(points[i], outer);
+        double a = test::Side(points[i], inner);
+        double b = test::Side(points[i], outer);
         EXPECT_LT(std::fabs(a) + std::fabs(b), dZone + kInside) << "point " << i << " outside";
     }
 }
@@ -81,6 +74,20 @@ TEST(LineMinZone, MatchesBruteForceOnRandomNearDegenerateAndGridSets) {
         EXPECT_GT(dZone, dOracle - kZoneTol) << "set " << k << ": narrower than possible";
         ExpectLinePair(points, inner, outer, dZone);
         EXPECT_NEAR(line.GetPoint().z(), points[0].z(), 0.0);
+        // The zone rests on its supports: at least two points on one bounding line and one on
+        // the other, and the middle line half the zone from its farthest points.
+        int nOnInner = 0;
+        int nOnOuter = 0;
+        double dWorst = 0.0;
+        for (int i = 0; i < points.GetSize(); ++i) {
+            if (std::fabs(test::Side(points[i], inner)) < kInside) ++nOnInner;
+            if (std::fabs(test::Side(points[i], outer)) < kInside) ++nOnOuter;
+            dWorst = std::max(dWorst, std::fabs(test::Side(points[i], line)));
+        }
+        EXPECT_GE(nOnInner, 1) << "set " << k;
+        EXPECT_GE(nOnOuter, 1) << "set " << k;
+        EXPECT_GE(nOnInner + nOnOuter, 3) << "set " << k << ": zone " << dZone;
+        EXPECT_NEAR(2.0 * dWorst, dZone, kInside) << "set " << k;
     }
 }
 
@@ -133,31 +140,6 @@ TEST(LineMinZone, ParallelEdgesDoNotCutTheSearchShort) {
     EXPECT_LT(dZone, 3.0) << "zone " << dZone;
 }
 
-// The returned middle line is half the zone from its farthest points, and at least two points lie
-// on one bounding line and one on the other: the zone rests on its supports.
-TEST(LineMinZone, ReturnedPairTouchesItsSupports) {
-    test::Random rng;
-    for (int k = 0; k < 8; ++k) {
-        CNuPointArray points = RandomPlanar(rng, rng.Integer(3, 30), 1.0);
-        CNuLine line, inner, outer;
-        double dZone = -1.0;
-        line.FitMinZone(points, &dZone, &inner, &outer, kZoneTol, 100);
-        int nOnInner = 0;
-        int nOnOuter = 0;
-        for (int i = 0; i < points.GetSize(); ++i) {
-            if (std::fabs(Side(points[i], inner)) < kInside) ++nOnInner;
-            if (std::fabs(Side(points[i], outer)) < kInside) ++nOnOuter;
-        }
-        EXPECT_GE(nOnInner, 1) << "set " << k;
-        EXPECT_GE(nOnOuter, 1) << "set " << k;
-        EXPECT_GE(nOnInner + nOnOuter, 3) << "set " << k << ": zone " << dZone;
-        double dWorst = 0.0;
-        for (int i = 0; i < points.GetSize(); ++i)
-            dWorst = std::max(dWorst, std::fabs(Side(points[i], line)));
-        EXPECT_NEAR(2.0 * dWorst, dZone, kInside) << "set " << k;
-    }
-}
-
 // The limit counts exchanges, and reaching it fails even when the last exchange found nothing
 // to change: one exchange can never finish, the least limit that succeeds fails one lower with
 // 212 located "CNuLine", and every larger limit gives the same zone.
@@ -187,86 +169,13 @@ TEST(LineMinZone, ReachingTheExchangeLimitIsNotConverged) {
     EXPECT_NEAR(dFirst, test::BruteLineZone(points), kZoneTol);
 }
 
-// A NaN coordinate in a plane is refused with stored 211, not chased round the exchange.
-TEST(LineMinZone, NanCoordinateIsRefusedWithACause) {
-    CNuPointArray points =
-        test::Points({CNuPoint(0, 0, 0), CNuPoint(4, 0, 0), CNuPoint(0, 3, 0),
-                      CNuPoint(std::numeric_limits<double>::quiet_NaN(), 1, 0), CNuPoint(2, 2, 0)});
-    CNuLine line;
-    double dZone = -1.0;
-    try {
-        line.FitMinZone(points, &dZone, kZoneTol, 100);
-        ADD_FAILURE() << "NaN data gave zone " << dZone;
-    } catch (const CNuException& e) {
-        EXPECT_NE(e.m_nCause, 212) << test::MessageOf(e);
-    }
-    EXPECT_EQ(line.FitMinZoneEx(points, &dZone, kZoneTol, 100), eNuFitFailed);
-}
-
-TEST(LineMinZone, PointsInSpaceAwaitTheCircumscribedCylinder) {
-    CNuPointArray tetra =
-        test::Points({CNuPoint(0, 0, 0), CNuPoint(1, 0, 0), CNuPoint(0, 1, 0), CNuPoint(0, 0, 1)});
-    CNuLine line;
-    double dZone = -1.0;
-    ExpectNuFailure<CNuOperationException>([&] { line.FitMinZone(tetra, &dZone, 1e-9, 10); }, 145,
-                                           "FitMinZone", "CNuLine");
-}
-
-TEST(LineMinZone, RefusesBadLimitsFewAndCoincidentPoints) {
-    CNuLine line;
-    double dZone = -1.0;
-    CNuPointArray two = test::Points({CNuPoint(0, 0, 0), CNuPoint(1, 0, 0)});
-    ExpectNuFailure<CNuBestfitException>([&] { line.FitMinZone(two, &dZone, 1e-9, 0); }, 213,
-                                         nullptr, "CNuLine");
-    ExpectNuFailure<CNuBestfitException>(
-        [&] { line.FitMinZone(test::Points({CNuPoint()}), &dZone, 1e-9, 5); }, 201, nullptr,
-        "CNuLine");
-    CNuPointArray same = test::Points({CNuPoint(1, 1, 0), CNuPoint(1, 1, 0), CNuPoint(1, 1, 0)});
-    ExpectNuFailure<CNuBestfitException>([&] { line.FitMinZone(same, &dZone, 1e-9, 5); }, 202,
-                                         nullptr, "CNuLine");
-}
-
-TEST(LineMinZone, MeetsPtbLimitsOnTheCertifiedLines) {
-    if (test::RefDataDir().empty()) GTEST_SKIP() << "NUMORIX_REFDATA not set: no PTB data";
-    for (int k = 1; k <= 8; ++k) {
-        std::string id = test::SetName("C", k);
-        CNuPointArray points =
-            test::ReadAsc(test::TracimFile("ptb-tracim-chebyshev", "data", id, ".asc"));
-        std::vector<double> a =
-            test::ReadAnswer(test::TracimFile("ptb-tracim-chebyshev", "answer", id, ".txt"));
-        if (points.GetSize() == 0 || a.size() < 7) GTEST_SKIP() << "PTB set " << id << " absent";
-        CNuLine line;
-        double dZone = -1.0;
-        line.FitMinZone(points, &dZone, 1e-9, 100);
-        EXPECT_NEAR(dZone, a[6], test::kPtbPosition) << id;
-        EXPECT_LT(CNuPoint(a[0], a[1], a[2]).DistanceTo(line), test::kPtbPosition) << id;
-        EXPECT_LT(test::AxisAngle(line.GetDirection(), CNuVector(a[3], a[4], a[5])),
-                  test::kPtbAngle)
-            << id;
-    }
-}
-
-CNuPointArray RandomSlab(test::Random& rng, int n, double dThickness) {
-    CNuVector normal(0.3, -0.2, 1.0);
-    normal.Normalise();
-    CNuVector u;
-    normal.OrthonormalX(&u);
-    CNuVector v = normal * u;
-    CNuPointArray points(n);
-    for (int i = 0; i < n; ++i) {
-        CNuVector p = u * rng.Uniform(-5, 5) + v * rng.Uniform(-5, 5) +
-                      normal * rng.Uniform(-dThickness, dThickness);
-        points.Add(p.To3DPoint());
-    }
-    return points;
-}
-
 TEST(PlaneMinZone, MatchesBruteForceOnRandomNearDegenerateAndGridSets) {
     test::Random rng;
+    const CNuVector kSlabNormal(0.3, -0.2, 1.0);
     std::vector<CNuPointArray> sets;
     for (int k = 0; k < 6; ++k)
-        sets.push_back(RandomSlab(rng, rng.Integer(4, 25), 0.5));
-    sets.push_back(RandomSlab(rng, 30, 1e-7));
+        sets.push_back(test::NearPlane(rng, kSlabNormal, rng.Integer(4, 25), 5.0, 0.5));
+    sets.push_back(test::NearPlane(rng, kSlabNormal, 30, 5.0, 1e-7));
     // A thick random cloud, where edge-against-edge slabs compete with faces.
     CNuPointArray cloud(16);
     for (int i = 0; i < 16; ++i)
@@ -298,50 +207,35 @@ TEST(PlaneMinZone, ThreePointsGiveZoneZero) {
     plane.FitMinZone(points, &dZone, kZoneTol);
     EXPECT_NEAR(dZone, 0.0, kInside);
     for (int i = 0; i < 3; ++i)
-        EXPECT_NEAR(SignedDistance(points[i], plane), 0.0, kInside);
+        EXPECT_NEAR(test::SignedDistance(points[i], plane), 0.0, kInside);
 }
 
-TEST(PlaneMinZone, RefusesFewAndCollinearPoints) {
-    CNuPlane plane;
-    double dZone = -1.0;
-    ExpectNuFailure<CNuBestfitException>(
-        [&] {
-            plane.FitMinZone(test::Points({CNuPoint(), CNuPoint(1, 0, 0)}), &dZone, 1e-9);
-        },
-        201, nullptr, "CNuPlane");
-    ExpectNuFailure<CNuBestfitException>(
-        [&] {
-            plane.FitMinZone(
-                test::Points({CNuPoint(), CNuPoint(1, 1, 1), CNuPoint(2, 2, 2), CNuPoint(3, 3, 3)}),
-                &dZone, 1e-9);
-        },
-        203, nullptr, "CNuPlane");
-}
-
-TEST(PlaneMinZone, MeetsPtbLimitsOnTheCertifiedPlanes) {
+// Sets C01 to C08 are lines in a plane, C17 to C26 planes.
+TEST(LineAndPlaneMinZone, MeetPtbLimitsOnTheCertifiedLinesAndPlanes) {
     if (test::RefDataDir().empty()) GTEST_SKIP() << "NUMORIX_REFDATA not set: no PTB data";
-    for (int k = 17; k <= 26; ++k) {
+    for (int k : {1, 2, 3, 4, 5, 6, 7, 8, 17, 18, 19, 20, 21, 22, 23, 24, 25, 26}) {
         std::string id = test::SetName("C", k);
-        CNuPointArray points =
-            test::ReadAsc(test::TracimFile("ptb-tracim-chebyshev", "data", id, ".asc"));
-        std::vector<double> a =
-            test::ReadAnswer(test::TracimFile("ptb-tracim-chebyshev", "answer", id, ".txt"));
-        if (points.GetSize() == 0 || a.size() < 7) GTEST_SKIP() << "PTB set " << id << " absent";
-        CNuPlane plane;
+        CNuPointArray points;
+        std::vector<double> a;
+        if (!test::ReadTracimSet("ptb-tracim-chebyshev", id, 7, &points, &a))
+            GTEST_SKIP() << "PTB set " << id << " absent";
+        CNuPoint ref(a[0], a[1], a[2]);
+        CNuVector axis(a[3], a[4], a[5]);
         double dZone = -1.0;
-        plane.FitMinZone(points, &dZone, 1e-9);
+        CNuLine line;
+        CNuPlane plane;
+        if (k <= 8) {
+            line.FitMinZone(points, &dZone, 1e-9, 100);
+            EXPECT_LT(ref.DistanceTo(line), test::kPtbPosition) << id;
+            EXPECT_LT(test::AxisAngle(line.GetDirection(), axis), test::kPtbAngle) << id;
+        } else {
+            plane.FitMinZone(points, &dZone, 1e-9);
+            EXPECT_LT(ref.DistanceTo(plane), test::kPtbPosition) << id;
+            EXPECT_LT(test::AxisAngle(plane.GetNormal(), axis), test::kPtbAngle) << id;
+        }
         EXPECT_NEAR(dZone, a[6], test::kPtbPosition) << id;
-        EXPECT_LT(CNuPoint(a[0], a[1], a[2]).DistanceTo(plane), test::kPtbPosition) << id;
-        EXPECT_LT(test::AxisAngle(plane.GetNormal(), CNuVector(a[3], a[4], a[5])), test::kPtbAngle)
-            << id;
     }
 }
-
-}  // namespace
-}  // namespace numorix
-
-namespace numorix {
-namespace {
 
 // Far from the origin with a spread of 1e-6, and with a NaN coordinate: every fit answers with a
 // result or a cause (its own, or the index failure that the decomposition raises on NaN and that
@@ -362,21 +256,17 @@ TEST(HostileData, EveryFitGivesACauseOrAResult) {
         double dForm = 0.0;
         double dSum = 0.0;
         double dZone = 0.0;
-        try {
-            line.Fit(*pSet, &dForm, &dSum);
-            EXPECT_FALSE(pSet == &far && !(dForm < 2e-6)) << "form " << dForm;
-        } catch (const CNuException&) {
-        }
-        try {
-            plane.Fit(*pSet, &dForm, &dSum);
-            EXPECT_FALSE(pSet == &far && !(dForm < 2e-6)) << "form " << dForm;
-        } catch (const CNuException&) {
-        }
-        try {
-            plane.FitMinZone(*pSet, &dZone, 1e-12);
-            EXPECT_FALSE(pSet == &far && !(dZone < 2e-6)) << "zone " << dZone;
-        } catch (const CNuException&) {
-        }
+        // A fit that returns on the far set gives a form within its extent.
+        auto expectSmall = [&](const char* pszFit, const std::function<double()>& fit) {
+            try {
+                double d = fit();
+                EXPECT_FALSE(pSet == &far && !(d < 2e-6)) << pszFit << " gave " << d;
+            } catch (const CNuException&) {
+            }
+        };
+        expectSmall("line", [&] { return line.Fit(*pSet, &dForm, &dSum), dForm; });
+        expectSmall("plane", [&] { return plane.Fit(*pSet, &dForm, &dSum), dForm; });
+        expectSmall("plane zone", [&] { return plane.FitMinZone(*pSet, &dZone, 1e-12), dZone; });
         CNuPointArray flat(*pSet);
         for (int i = 0; i < flat.GetSize(); ++i)
             flat[i].z() = 0.0;
