@@ -43,7 +43,5 @@ CNuVector Column3(const CNuMatrix& m, int j) {
     return CNuVector(m.Element(0, j), m.Element(1, j), m.Element(2, j));
 }
 
-double ScaledDistance(double dx, double dy, double dz) { return NuPythag(dx, dy, dz); }
-
 }  // namespace fit
 }  // namespace numorix

@@ -20,25 +20,7 @@ ENuBoolean NuIsEqual(int nSize1, int nSize2, const double* pdData1, const double
 
 double NuPythag(double a, double b) { return internal::Pythag(a, b); }
 
-double NuPythag(double a, double b, double c) {
-    double p = std::fabs(a);
-    double q = std::fabs(b);
-    double r = std::fabs(c);
-    if (q > p) {
-        double t = p;
-        p = q;
-        q = t;
-    }
-    if (r > p) {
-        double t = p;
-        p = r;
-        r = t;
-    }
-    if (NuGetZero() > p) return 0.0;
-    double qp = q / p;
-    double rp = r / p;
-    return p * std::sqrt(qp * qp + 1.0 + rp * rp);
-}
+double NuPythag(double a, double b, double c) { return internal::Pythag(a, b, c); }
 
 void NuSort(int nSize, double* pdData) {
     for (int i = 1; i < nSize; ++i) {

@@ -20,6 +20,7 @@
 #include "numorix/fit/fit_result.h"
 #include "numorix/foundation/exception.h"
 #include "numorix/foundation/int_array.h"
+#include "numorix/foundation/internal/scalar_kernels.h"
 #include "numorix/foundation/tolerance.h"
 #include "numorix/geometry/point.h"
 #include "numorix/geometry/point_array.h"
@@ -124,7 +125,10 @@ void CentredSvd(const CNuPointArray& points, const CNuPoint& mean, CNuVector* pW
 CNuVector Column3(const CNuMatrix& m, int j);
 
 // sqrt(dx^2 + dy^2 + dz^2), scaled by the largest difference; 0 when that is below NuGetZero().
-double ScaledDistance(double dx, double dy, double dz);
+// The same arithmetic as NuPythag(dx, dy, dz), inline: the extreme fits call it per point per step.
+inline double ScaledDistance(double dx, double dy, double dz) {
+    return internal::Pythag(dx, dy, dz);
+}
 
 // Makes *pQuadruple hold the four indices of the support that carries a zone.
 inline void SetQuadruple(CNuIntArray* pQuadruple, int i, int j, int k, int l) {

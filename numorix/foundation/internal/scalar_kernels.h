@@ -3,6 +3,7 @@
 //
 //   Pythag(a, b)        sqrt(a^2 + b^2) scaled by the larger magnitude p so that no square
 //                       overflows: p sqrt(1 + (q / p)^2); 0.0 when p is below NuGetZero().
+//   Pythag(a, b, c)     the same for three terms: p sqrt((q / p)^2 + 1 + (r / p)^2).
 //   ComplexSqrt(x, y)   the principal root of x + i y: w = sqrt(|z| + |x|) / sqrt(2), written with
 //                       the ratio of the smaller to the larger part; the other part is y / (2 w).
 //                       Both parts below NuGetZero() give 0.
@@ -32,6 +33,26 @@ inline double Pythag(double a, double b) {
     if (NuGetZero() > p) return 0.0;
     double r = q / p;
     return p * std::sqrt(1.0 + r * r);
+}
+
+inline double Pythag(double a, double b, double c) {
+    double p = std::fabs(a);
+    double q = std::fabs(b);
+    double r = std::fabs(c);
+    if (q > p) {
+        double t = p;
+        p = q;
+        q = t;
+    }
+    if (r > p) {
+        double t = p;
+        p = r;
+        r = t;
+    }
+    if (NuGetZero() > p) return 0.0;
+    double qp = q / p;
+    double rp = r / p;
+    return p * std::sqrt(qp * qp + 1.0 + rp * rp);
 }
 
 inline ComplexParts ComplexSqrt(double dRe, double dIm) {
