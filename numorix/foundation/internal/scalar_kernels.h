@@ -11,6 +11,7 @@
 #define NUMORIX_FOUNDATION_INTERNAL_SCALAR_KERNELS_H
 
 #include <cmath>
+#include <utility>
 
 #include "numorix/foundation/tolerance.h"
 
@@ -25,11 +26,7 @@ struct ComplexParts {
 inline double Pythag(double a, double b) {
     double p = std::fabs(a);
     double q = std::fabs(b);
-    if (q > p) {
-        double t = p;
-        p = q;
-        q = t;
-    }
+    if (q > p) std::swap(p, q);
     if (NuGetZero() > p) return 0.0;
     double r = q / p;
     return p * std::sqrt(1.0 + r * r);
@@ -39,16 +36,8 @@ inline double Pythag(double a, double b, double c) {
     double p = std::fabs(a);
     double q = std::fabs(b);
     double r = std::fabs(c);
-    if (q > p) {
-        double t = p;
-        p = q;
-        q = t;
-    }
-    if (r > p) {
-        double t = p;
-        p = r;
-        r = t;
-    }
+    if (q > p) std::swap(p, q);
+    if (r > p) std::swap(p, r);
     if (NuGetZero() > p) return 0.0;
     double qp = q / p;
     double rp = r / p;
