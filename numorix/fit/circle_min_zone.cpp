@@ -180,20 +180,13 @@ long CNuCircle::PointNotCovered(double dTolerance, int nPoints, const CNuPoint* 
     const CNuPoint* c = candidates.GetData();
     int m = candidates.GetSize() / 2;
     double dLimit = dTolerance + c[1].y();
-    int nStart = m_pointCoverage.m_nCursor;
-    for (int step = 0; step < nPoints; ++step) {
-        int i = nStart + step;
-        if (i >= nPoints) i -= nPoints;
-        const CNuPoint& P = pPoints[i];
+    return fit::FirstUncovered(&m_pointCoverage, nPoints, [&](int i) {
         for (int k = 0; k < m; ++k) {
-            double d = Distance2D(P, c[2 * k].x(), c[2 * k].y());
-            if (dLimit < std::fabs(d - c[2 * k + 1].x())) {
-                m_pointCoverage.m_nCursor = i + 1;
-                return i;
-            }
+            double d = Distance2D(pPoints[i], c[2 * k].x(), c[2 * k].y());
+            if (dLimit < std::fabs(d - c[2 * k + 1].x())) return true;
         }
-    }
-    return -1;
+        return false;
+    });
 }
 
 void CNuCircle::FitMinZone(const CNuPointArray& points, double* pdZone, double dTolerance,

@@ -172,22 +172,16 @@ long CNuPlane::PointNotCovered(double dTolerance, int nPoints, const CNuPoint* p
     const CNuPoint* c = candidates.GetData();
     int m = candidates.GetSize() / 3;
     double dLimit = dTolerance + c[2].x();
-    int nStart = m_pointCoverage.m_nCursor;
-    for (int step = 0; step < nPoints; ++step) {
-        int i = nStart + step;
-        if (i >= nPoints) i -= nPoints;
+    return fit::FirstUncovered(&m_pointCoverage, nPoints, [&](int i) {
         const CNuPoint& P = pPoints[i];
         for (int k = 0; k < m; ++k) {
             const CNuPoint& L = c[3 * k];
             const CNuPoint& N = c[3 * k + 1];
             double d = (P.x() - L.x()) * N.x() + (P.y() - L.y()) * N.y() + (P.z() - L.z()) * N.z();
-            if (std::fabs(d) > dLimit) {
-                m_pointCoverage.m_nCursor = i + 1;
-                return i;
-            }
+            if (std::fabs(d) > dLimit) return true;
         }
-    }
-    return -1;
+        return false;
+    });
 }
 
 void CNuPlane::FitMinZone(const CNuPointArray& points, double* pdZone, double dTolerance) {

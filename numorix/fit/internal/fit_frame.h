@@ -124,6 +124,22 @@ void CentredSvd(const CNuPointArray& points, const CNuPoint& mean, CNuVector* pW
 // Column j of a 3 by 3 matrix as a vector of size 3.
 CNuVector Column3(const CNuMatrix& m, int j);
 
+// The scan of the zone fits' PointNotCovered: the first point, from the cursor round to it, for
+// which isUncovered(i) holds. The cursor moves past that point; the index or -1 is returned.
+template <class Uncovered>
+long FirstUncovered(SPointCoverage* pCoverage, int nPoints, Uncovered isUncovered) {
+    int nStart = pCoverage->m_nCursor;
+    for (int step = 0; step < nPoints; ++step) {
+        int i = nStart + step;
+        if (i >= nPoints) i -= nPoints;
+        if (isUncovered(i)) {
+            pCoverage->m_nCursor = i + 1;
+            return i;
+        }
+    }
+    return -1;
+}
+
 // sqrt(dx^2 + dy^2 + dz^2), scaled by the largest difference; 0 when that is below NuGetZero().
 // The same arithmetic as NuPythag(dx, dy, dz), inline: the extreme fits call it per point per step.
 inline double ScaledDistance(double dx, double dy, double dz) {
