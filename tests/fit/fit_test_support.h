@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "geometry_support.h"
 #include "nu_test.h"
 #include "numorix/geometry/line.h"
 #include "numorix/geometry/plane.h"
@@ -23,13 +24,6 @@ namespace test {
 // directions 0.1 urad.
 constexpr double kPtbPosition = 1e-4;
 constexpr double kPtbAngle = 1e-7;
-
-inline CNuPointArray Points(const std::vector<CNuPoint>& v) {
-    CNuPointArray points(static_cast<int>(v.size()));
-    for (const CNuPoint& p : v)
-        points.Add(p);
-    return points;
-}
 
 // Points of a TraCIM set, or an empty array when the file is absent.
 inline CNuPointArray ReadAsc(const std::string& path) {

@@ -90,6 +90,28 @@ inline CNuVector RandomVector(Random& rng, int n, double dLow = -1.0, double dHi
     return v;
 }
 
+// Diagonally dominant with off-diagonal elements in [-1, 1], so well conditioned (below 10).
+inline CNuMatrix WellConditioned(Random& rng, int n) {
+    CNuMatrix A = RandomMatrix(rng, n, n);
+    for (int i = 0; i < n; ++i)
+        A.GetData()[i][i] += n + 1.0;
+    return A;
+}
+
+// Largest absolute elementwise difference of two matrices or vectors of the same shape.
+inline double MaxDifference(const CNuMatrix& A, const Eigen::MatrixXd& B) {
+    return (ToEigen(A) - B).cwiseAbs().maxCoeff();
+}
+inline double MaxDifference(const CNuMatrix& A, const CNuMatrix& B) {
+    return MaxDifference(A, ToEigen(B));
+}
+inline double MaxDifference(const CNuVector& a, const Eigen::VectorXd& b) {
+    return (ToEigen(a) - b).cwiseAbs().maxCoeff();
+}
+inline double MaxDifference(const CNuVector& a, const CNuVector& b) {
+    return MaxDifference(a, ToEigen(b));
+}
+
 // Singular values by LAPACK dgesvd, descending.
 inline std::vector<double> LapackSingularValues(const CNuMatrix& A) {
     int m = A.GetRowSize();

@@ -6,9 +6,11 @@
 
 #include <cmath>
 #include <string>
+#include <vector>
 
 #include "nu_test.h"
 #include "numorix/geometry/point.h"
+#include "numorix/geometry/point_array.h"
 #include "numorix/linalg/vector.h"
 
 namespace numorix {
@@ -19,6 +21,14 @@ constexpr double kGeometry = 1e-12;
 // Intersections and conversions of data of order 1 in rotated frames: a few dozen operations,
 // the quadratic roots polished by the solver.
 constexpr double kCurve = 1e-10;
+
+// A point array from its points.
+inline CNuPointArray Points(const std::vector<CNuPoint>& v) {
+    CNuPointArray points(static_cast<int>(v.size()));
+    for (const CNuPoint& p : v)
+        points.Add(p);
+    return points;
+}
 
 inline CNuPoint RandomPoint(Random& rng, double dRange = 5.0) {
     return CNuPoint(rng.Uniform(-dRange, dRange), rng.Uniform(-dRange, dRange),
