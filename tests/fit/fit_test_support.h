@@ -12,6 +12,8 @@
 
 #include "geometry_support.h"
 #include "nu_test.h"
+#include "numorix/fit/fit_result.h"
+#include "numorix/foundation/tolerance.h"
 #include "numorix/geometry/line.h"
 #include "numorix/geometry/plane.h"
 #include "numorix/geometry/point_array.h"
@@ -176,6 +178,30 @@ inline double BrutePlaneZone(const CNuPointArray& points) {
         for (std::size_t b = a + 1; b < chords.size(); ++b)
             tryNormal(chords[a].cross(chords[b]));
     return dBest;
+}
+
+// The rule of an iteration or exchange limit: reaching it is not convergence. Finds the least
+// limit in [1, lMax] at which fitEx(limit) succeeds, then expects one less to raise 212 located
+// pszLocation through fit(limit) and to give eNuFitNotConverged through fitEx(limit), with the
+// length tolerance restored on both paths. Returns the least sufficient limit, 0 if none.
+template <class Fit, class FitEx>
+long ExpectLimitRule(Fit&& fit, FitEx&& fitEx, long lMax, const char* pszLocation) {
+    long lLeast = 0;
+    for (long l = 1; l <= lMax && lLeast == 0; ++l)
+        if (fitEx(l) == eNuFitOk) lLeast = l;
+    if (lLeast == 0) {
+        ADD_FAILURE() << "no limit up to " << lMax << " sufficed";
+        return 0;
+    }
+    if (lLeast == 1) {
+        ADD_FAILURE() << "a limit of 1 sufficed: no lower limit to check";
+        return 1;
+    }
+    ExpectNuFailure<CNuBestfitException>([&] { fit(lLeast - 1); }, 212, nullptr, pszLocation);
+    const double dSaved = NuGetLengthTol();
+    EXPECT_EQ(fitEx(lLeast - 1), eNuFitNotConverged) << "limit " << lLeast - 1;
+    EXPECT_EQ(NuGetLengthTol(), dSaved) << "length tolerance not restored";
+    return lLeast;
 }
 
 }  // namespace test
