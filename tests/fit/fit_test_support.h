@@ -1,11 +1,13 @@
-// Helpers of the fit tests: point sets, the PTB TraCIM reference sets read in place, and the
-// independent oracles (principal axes by Eigen, minimum zones by brute force over all supports).
+// Helpers of the fit tests: the PTB TraCIM reference sets read in place, point sets near a plane,
+// and the independent oracles (principal axes by Eigen, minimum zones by brute force over all
+// supports).
 #ifndef NUMORIX_TESTS_FIT_FIT_TEST_SUPPORT_H
 #define NUMORIX_TESTS_FIT_FIT_TEST_SUPPORT_H
 
 #include <Eigen/Dense>
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
 #include <fstream>
 #include <string>
 #include <vector>
@@ -22,34 +24,11 @@
 namespace numorix {
 namespace test {
 
-// PTB's acceptance limits for the TraCIM sets: positions and zones 0.1 um (data in mm), and
-// directions 0.1 urad.
+// PTB's acceptance limits for the TraCIM sets (data in mm): positions and sizes 0.1 um,
+// directions 0.1 urad, zone widths (form deviations) 0.01 um.
 constexpr double kPtbPosition = 1e-4;
 constexpr double kPtbAngle = 1e-7;
-
-// Points of a TraCIM set, or an empty array when the file is absent.
-inline CNuPointArray ReadAsc(const std::string& path) {
-    CNuPointArray points;
-    std::ifstream in(path);
-    double x, y, z;
-    while (in >> x >> y >> z)
-        points.Add(CNuPoint(x, y, z));
-    return points;
-}
-
-inline std::vector<double> ReadAnswer(const std::string& path) {
-    std::vector<double> v;
-    std::ifstream in(path);
-    double d;
-    while (in >> d)
-        v.push_back(d);
-    return v;
-}
-
-inline std::string TracimFile(const char* pszPackage, const char* pszFolder, const std::string& id,
-                              const char* pszExt) {
-    return RefDataDir() + "/" + pszPackage + "/" + pszFolder + "/" + id + pszExt;
-}
+constexpr double kPtbForm = 1e-5;
 
 inline std::string SetName(const char* pszPrefix, int n) {
     char sz[8];
@@ -61,8 +40,16 @@ inline std::string SetName(const char* pszPrefix, int n) {
 // answer of at least nValues figures; false when either is absent.
 inline bool ReadTracimSet(const char* pszPackage, const std::string& id, std::size_t nValues,
                           CNuPointArray* pPoints, std::vector<double>* pAnswer) {
-    *pPoints = ReadAsc(TracimFile(pszPackage, "data", id, ".asc"));
-    *pAnswer = ReadAnswer(TracimFile(pszPackage, "answer", id, ".txt"));
+    const std::string sRoot = RefDataDir() + "/" + pszPackage;
+    std::ifstream data(sRoot + "/data/" + id + ".asc");
+    std::ifstream answer(sRoot + "/answer/" + id + ".txt");
+    *pPoints = CNuPointArray();
+    pAnswer->clear();
+    double x, y, z;
+    while (data >> x >> y >> z)
+        pPoints->Add(CNuPoint(x, y, z));
+    while (answer >> x)
+        pAnswer->push_back(x);
     return pPoints->GetSize() > 0 && pAnswer->size() >= nValues;
 }
 
@@ -88,12 +75,6 @@ inline double SignedDistance(const CNuPoint& p, const CNuPlane& plane) {
     return (p - plane.GetPoint()).To3DVector() % plane.GetNormal();
 }
 
-// Signed distance in the XY plane from a line lying in it.
-inline double Side(const CNuPoint& p, const CNuLine& line) {
-    const CNuVector& d = line.GetDirection();
-    return d[0] * (p.y() - line.GetPoint().y()) - d[1] * (p.x() - line.GetPoint().x());
-}
-
 // A cleaned direction: its first component of largest magnitude is positive.
 inline ::testing::AssertionResult IsCleaned(const CNuVector& v) {
     int nLargest = 0;
@@ -110,32 +91,31 @@ inline double AxisAngle(const CNuVector& a, const CNuVector& b) {
     return std::atan2(c.Magnitude(), std::fabs(a % b));
 }
 
+inline Eigen::Vector3d Point3d(const CNuPoint& p) { return Eigen::Vector3d(p.x(), p.y(), p.z()); }
+
 // Principal axis k of the centred points, by Eigen's symmetric eigen solver of the scatter
 // matrix: axis 0 belongs to the smallest eigenvalue, axis 2 to the largest.
 inline CNuVector PrincipalAxis(const CNuPointArray& points, int k) {
-    int n = points.GetSize();
     Eigen::Vector3d mean = Eigen::Vector3d::Zero();
-    for (int i = 0; i < n; ++i)
-        mean += Eigen::Vector3d(points[i].x(), points[i].y(), points[i].z());
-    mean /= n;
+    for (int i = 0; i < points.GetSize(); ++i)
+        mean += Point3d(points[i]) / points.GetSize();
     Eigen::Matrix3d scatter = Eigen::Matrix3d::Zero();
-    for (int i = 0; i < n; ++i) {
-        Eigen::Vector3d d = Eigen::Vector3d(points[i].x(), points[i].y(), points[i].z()) - mean;
-        scatter += d * d.transpose();
-    }
+    for (int i = 0; i < points.GetSize(); ++i)
+        scatter += (Point3d(points[i]) - mean) * (Point3d(points[i]) - mean).transpose();
     Eigen::Vector3d axis =
         Eigen::SelfAdjointEigenSolver<Eigen::Matrix3d>(scatter).eigenvectors().col(k);
     return CNuVector(axis.x(), axis.y(), axis.z());
 }
 
-// Width of the points along a unit direction: the largest projection less the smallest.
-inline double WidthAlong(const CNuPointArray& points, double nx, double ny, double nz) {
+// Width of the points along a direction (normalised here); 1e300 for a null direction.
+inline double WidthAlong(const CNuPointArray& points, Eigen::Vector3d v) {
+    if (v.norm() < 1e-14) return 1e300;
+    v.normalize();
     double dMin = 1e300;
     double dMax = -1e300;
     for (int i = 0; i < points.GetSize(); ++i) {
-        double d = points[i].x() * nx + points[i].y() * ny + points[i].z() * nz;
-        dMin = std::min(dMin, d);
-        dMax = std::max(dMax, d);
+        dMin = std::min(dMin, Point3d(points[i]).dot(v));
+        dMax = std::max(dMax, Point3d(points[i]).dot(v));
     }
     return dMax - dMin;
 }
@@ -144,14 +124,10 @@ inline double WidthAlong(const CNuPointArray& points, double nx, double ny, doub
 // of two of the points.
 inline double BruteLineZone(const CNuPointArray& points) {
     double dBest = 1e300;
-    int n = points.GetSize();
-    for (int i = 0; i < n; ++i)
-        for (int j = i + 1; j < n; ++j) {
-            double dx = points[j].x() - points[i].x();
-            double dy = points[j].y() - points[i].y();
-            double d = std::hypot(dx, dy);
-            if (d == 0.0) continue;
-            dBest = std::min(dBest, WidthAlong(points, -dy / d, dx / d, 0.0));
+    for (int i = 0; i < points.GetSize(); ++i)
+        for (int j = i + 1; j < points.GetSize(); ++j) {
+            Eigen::Vector3d d = Point3d(points[j]) - Point3d(points[i]);
+            dBest = std::min(dBest, WidthAlong(points, Eigen::Vector3d(-d.y(), d.x(), 0.0)));
         }
     return dBest;
 }
@@ -159,24 +135,14 @@ inline double BruteLineZone(const CNuPointArray& points) {
 // The minimum zone of points in space by brute force: the slab is normal to the plane of three
 // points or to the two directions of two chords.
 inline double BrutePlaneZone(const CNuPointArray& points) {
-    int n = points.GetSize();
-    std::vector<Eigen::Vector3d> p(static_cast<std::size_t>(n));
-    for (int i = 0; i < n; ++i)
-        p[i] = Eigen::Vector3d(points[i].x(), points[i].y(), points[i].z());
-    double dBest = 1e300;
-    auto tryNormal = [&](Eigen::Vector3d v) {
-        double d = v.norm();
-        if (d < 1e-14) return;
-        v /= d;
-        dBest = std::min(dBest, WidthAlong(points, v.x(), v.y(), v.z()));
-    };
     std::vector<Eigen::Vector3d> chords;
-    for (int i = 0; i < n; ++i)
-        for (int j = i + 1; j < n; ++j)
-            chords.push_back(p[j] - p[i]);
+    for (int i = 0; i < points.GetSize(); ++i)
+        for (int j = i + 1; j < points.GetSize(); ++j)
+            chords.push_back(Point3d(points[j]) - Point3d(points[i]));
+    double dBest = 1e300;
     for (std::size_t a = 0; a < chords.size(); ++a)
         for (std::size_t b = a + 1; b < chords.size(); ++b)
-            tryNormal(chords[a].cross(chords[b]));
+            dBest = std::min(dBest, WidthAlong(points, chords[a].cross(chords[b])));
     return dBest;
 }
 
