@@ -9,17 +9,13 @@
 #include <cmath>
 #include <cstdio>
 #include <fstream>
-#include <string>
 #include <vector>
 
 #include "geometry_support.h"
-#include "nu_test.h"
 #include "numorix/fit/fit_result.h"
 #include "numorix/foundation/tolerance.h"
 #include "numorix/geometry/line.h"
 #include "numorix/geometry/plane.h"
-#include "numorix/geometry/point_array.h"
-#include "numorix/linalg/vector.h"
 
 namespace numorix {
 namespace test {
@@ -43,8 +39,6 @@ inline bool ReadTracimSet(const char* pszPackage, const std::string& id, std::si
     const std::string sRoot = RefDataDir() + "/" + pszPackage;
     std::ifstream data(sRoot + "/data/" + id + ".asc");
     std::ifstream answer(sRoot + "/answer/" + id + ".txt");
-    *pPoints = CNuPointArray();
-    pAnswer->clear();
     double x, y, z;
     while (data >> x >> y >> z)
         pPoints->Add(CNuPoint(x, y, z));
@@ -58,15 +52,14 @@ inline bool ReadTracimSet(const char* pszPackage, const std::string& id, std::si
 inline CNuPointArray NearPlane(Random& rng, CNuVector normal, int n, double dExtent,
                                double dThickness, const CNuVector& origin = CNuVector(0, 0, 0)) {
     normal.Normalise();
-    CNuVector u;
+    CNuVector u, v;
     normal.OrthonormalX(&u);
-    CNuVector v = normal * u;
+    v = normal * u;
     CNuPointArray points(n);
-    for (int i = 0; i < n; ++i) {
-        CNuVector p = u * rng.Uniform(-dExtent, dExtent) + v * rng.Uniform(-dExtent, dExtent) +
-                      normal * rng.Uniform(-dThickness, dThickness) + origin;
-        points.Add(p.To3DPoint());
-    }
+    for (int i = 0; i < n; ++i)
+        points.Add((u * rng.Uniform(-dExtent, dExtent) + v * rng.Uniform(-dExtent, dExtent) +
+                    normal * rng.Uniform(-dThickness, dThickness) + origin)
+                       .To3DPoint());
     return points;
 }
 
@@ -77,12 +70,10 @@ inline double SignedDistance(const CNuPoint& p, const CNuPlane& plane) {
 
 // A cleaned direction: its first component of largest magnitude is positive.
 inline ::testing::AssertionResult IsCleaned(const CNuVector& v) {
-    int nLargest = 0;
-    for (int i = 1; i < 3; ++i)
-        if (std::fabs(v[i]) > std::fabs(v[nLargest])) nLargest = i;
-    if (v[nLargest] > 0.0) return ::testing::AssertionSuccess();
-    return ::testing::AssertionFailure() << "component " << nLargest << " of (" << v[0] << ", "
-                                         << v[1] << ", " << v[2] << ") is not positive";
+    int k = std::fabs(v[1]) > std::fabs(v[0]) ? 1 : 0;
+    k = std::fabs(v[2]) > std::fabs(v[k]) ? 2 : k;
+    return v[k] > 0.0 ? ::testing::AssertionSuccess()
+                      : ::testing::AssertionFailure() << "not cleaned: " << Text(v.To3DPoint());
 }
 
 // The angle between two lines or two plane normals, sign-insensitive, in radians.
