@@ -1,6 +1,5 @@
-// Helpers of the fit tests: the PTB TraCIM reference sets read in place, point sets near a plane,
-// and the independent oracles (principal axes by Eigen, minimum zones by brute force over all
-// supports).
+// Helpers of the fit tests: the PTB TraCIM reference sets read in place, and the independent
+// oracles (principal axes by Eigen, minimum zones by brute force over all supports).
 #ifndef NUMORIX_TESTS_FIT_FIT_TEST_SUPPORT_H
 #define NUMORIX_TESTS_FIT_FIT_TEST_SUPPORT_H
 
@@ -47,33 +46,9 @@ inline bool ReadTracimSet(const char* pszPackage, const std::string& id, std::si
     return pPoints->GetSize() > 0 && pAnswer->size() >= nValues;
 }
 
-// n points over a square of half-side dExtent in the plane through origin normal to normal,
-// off the plane by up to dThickness either way.
-inline CNuPointArray NearPlane(Random& rng, CNuVector normal, int n, double dExtent,
-                               double dThickness, const CNuVector& origin = CNuVector(0, 0, 0)) {
-    normal.Normalise();
-    CNuVector u, v;
-    normal.OrthonormalX(&u);
-    v = normal * u;
-    CNuPointArray points(n);
-    for (int i = 0; i < n; ++i)
-        points.Add((u * rng.Uniform(-dExtent, dExtent) + v * rng.Uniform(-dExtent, dExtent) +
-                    normal * rng.Uniform(-dThickness, dThickness) + origin)
-                       .To3DPoint());
-    return points;
-}
-
 // Signed distance of a point from a plane, along its normal.
 inline double SignedDistance(const CNuPoint& p, const CNuPlane& plane) {
     return (p - plane.GetPoint()).To3DVector() % plane.GetNormal();
-}
-
-// A cleaned direction: its first component of largest magnitude is positive.
-inline ::testing::AssertionResult IsCleaned(const CNuVector& v) {
-    int k = std::fabs(v[1]) > std::fabs(v[0]) ? 1 : 0;
-    k = std::fabs(v[2]) > std::fabs(v[k]) ? 2 : k;
-    return v[k] > 0.0 ? ::testing::AssertionSuccess()
-                      : ::testing::AssertionFailure() << "not cleaned: " << Text(v.To3DPoint());
 }
 
 // The angle between two lines or two plane normals, sign-insensitive, in radians.
