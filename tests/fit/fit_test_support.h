@@ -1,5 +1,5 @@
 // Helpers of the fit tests: the PTB TraCIM reference sets read in place, and the independent
-// oracles (principal axes by Eigen, minimum zones by brute force over all supports).
+// oracles: minimum zones by brute force over all supports.
 #ifndef NUMORIX_TESTS_FIT_FIT_TEST_SUPPORT_H
 #define NUMORIX_TESTS_FIT_FIT_TEST_SUPPORT_H
 
@@ -59,20 +59,6 @@ inline double AxisAngle(const CNuVector& a, const CNuVector& b) {
 
 inline Eigen::Vector3d Point3d(const CNuPoint& p) { return Eigen::Vector3d(p.x(), p.y(), p.z()); }
 
-// Principal axis k of the centred points, by Eigen's symmetric eigen solver of the scatter
-// matrix: axis 0 belongs to the smallest eigenvalue, axis 2 to the largest.
-inline CNuVector PrincipalAxis(const CNuPointArray& points, int k) {
-    Eigen::Vector3d mean = Eigen::Vector3d::Zero();
-    for (int i = 0; i < points.GetSize(); ++i)
-        mean += Point3d(points[i]) / points.GetSize();
-    Eigen::Matrix3d scatter = Eigen::Matrix3d::Zero();
-    for (int i = 0; i < points.GetSize(); ++i)
-        scatter += (Point3d(points[i]) - mean) * (Point3d(points[i]) - mean).transpose();
-    Eigen::Vector3d axis =
-        Eigen::SelfAdjointEigenSolver<Eigen::Matrix3d>(scatter).eigenvectors().col(k);
-    return CNuVector(axis.x(), axis.y(), axis.z());
-}
-
 // Width of the points along a direction (normalised here); 1e300 for a null direction.
 inline double WidthAlong(const CNuPointArray& points, Eigen::Vector3d v) {
     if (v.norm() < 1e-14) return 1e300;
@@ -115,19 +101,15 @@ inline double BrutePlaneZone(const CNuPointArray& points) {
 // The rule of an iteration or exchange limit: reaching it is not convergence. Finds the least
 // limit in [1, lMax] at which fitEx(limit) succeeds, then expects one less to raise 212 located
 // pszLocation through fit(limit) and to give eNuFitNotConverged through fitEx(limit), with the
-// length tolerance restored on both paths. Returns the least sufficient limit, 0 if none.
+// length tolerance restored on both paths. Returns the least sufficient limit.
 template <class Fit, class FitEx>
 long ExpectLimitRule(Fit&& fit, FitEx&& fitEx, long lMax, const char* pszLocation) {
-    long lLeast = 0;
-    for (long l = 1; l <= lMax && lLeast == 0; ++l)
-        if (fitEx(l) == eNuFitOk) lLeast = l;
-    if (lLeast == 0) {
-        ADD_FAILURE() << "no limit up to " << lMax << " sufficed";
-        return 0;
-    }
-    if (lLeast == 1) {
-        ADD_FAILURE() << "a limit of 1 sufficed: no lower limit to check";
-        return 1;
+    long lLeast = 1;
+    while (lLeast <= lMax && fitEx(lLeast) != eNuFitOk)
+        ++lLeast;
+    if (lLeast < 2 || lLeast > lMax) {
+        ADD_FAILURE() << "least sufficient limit " << lLeast << " not in [2, " << lMax << "]";
+        return lLeast;
     }
     ExpectNuFailure<CNuBestfitException>([&] { fit(lLeast - 1); }, 212, nullptr, pszLocation);
     const double dSaved = NuGetLengthTol();
