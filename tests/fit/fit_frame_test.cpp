@@ -1,11 +1,8 @@
 // The fit frame: how the Ex operations map failures and keep the thread's length tolerance, the
 // refusals of the line, plane and circle fits, and the sign cleaning of directions.
-#include <limits>
-#include <stdexcept>
-
+#include "numorix/fit/internal/fit_frame.h"
 #include "fit_test_support.h"
 #include "numorix/curves/circle.h"
-#include "numorix/fit/internal/fit_frame.h"
 
 namespace numorix {
 namespace {
@@ -26,7 +23,7 @@ const CNuPointArray kTetra =
 
 // A missed convergence (a best-fit failure of cause 12) is eNuFitNotConverged, every other
 // failure eNuFitFailed, and the fit runs under the tolerance it was given, the thread's own
-// restored afterwards on every path; the form without a limit never reports not converged.
+// restored afterwards on every path.
 TEST(FitEx, MapsNotConvergedAndEveryOtherFailureAndRestoresTheLengthTolerance) {
     test::ScopedTolerance guard(NuGetLengthTol, NuSetLengthTol, kThreadTol);
     CNuLine line;
@@ -40,12 +37,9 @@ TEST(FitEx, MapsNotConvergedAndEveryOtherFailureAndRestoresTheLengthTolerance) {
     EXPECT_EQ(fit::RunFitEx(1, "X", [] { throw CNuOperationException(12, "n", "X"); }),
               eNuFitFailed)
         << "cause 12 of another class is not a missed convergence";
-    EXPECT_EQ(fit::RunFitEx(1, "X", [] { throw std::runtime_error("x"); }), eNuFitFailed);
     double dSeen = 0.0;
     EXPECT_EQ(fit::RunFitExCatchAll(1e-3, [&] { dSeen = NuGetLengthTol(); }), eNuFitOk);
     EXPECT_EQ(dSeen, 1e-3);
-    EXPECT_EQ(fit::RunFitExCatchAll(1e-3, [] { throw CNuBestfitException(12, "X"); }),
-              eNuFitFailed);
 }
 
 // One row per fit and rule, with the stored cause, location and the count of points named.
@@ -78,15 +72,6 @@ TEST(FitRefusals, EveryFitRefusesBadInputWithItsCauseAndLocation) {
         {[&] { line.FitMinZone(kTetra, &dZone, 1e-9, 10); }, 145, "FitMinZone", "CNuLine"},
         {[&] { circle.FitMinZone(kTetra, &dZone, 1e-9, 10); }, 145, "FitMinZone", "CNuCircle"},
     });
-    // A NaN coordinate ends the line zone with a cause, never the exchange limit's: the check
-    // passes only when a cause other than 212 escapes.
-    CNuPointArray nan(kSquare);
-    nan[2].x() = std::numeric_limits<double>::quiet_NaN();
-    EXPECT_THROW(
-        try { line.FitMinZone(nan, &dZone, 1e-9, 100); } catch (const CNuException& e) {
-            if (e.m_nCause != 212) throw;
-        },
-        CNuException);
 }
 
 TEST(CleanDirection, ZeroesTinyComponentsAndMakesTheFirstLargestPositive) {

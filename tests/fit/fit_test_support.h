@@ -6,7 +6,6 @@
 #include <Eigen/Dense>
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
 #include <fstream>
 #include <vector>
 
@@ -26,9 +25,7 @@ constexpr double kPtbAngle = 1e-7;
 constexpr double kPtbForm = 1e-5;
 
 inline std::string SetName(const char* pszPrefix, int n) {
-    char sz[8];
-    std::snprintf(sz, sizeof sz, "%s%02d", pszPrefix, n);
-    return sz;
+    return pszPrefix + std::string(n < 10 ? "0" : "") + std::to_string(n);
 }
 
 // A certified set of a TraCIM package ("ptb-tracim-gauss" or "ptb-tracim-chebyshev") and its
@@ -57,44 +54,45 @@ inline double AxisAngle(const CNuVector& a, const CNuVector& b) {
     return std::atan2(c.Magnitude(), std::fabs(a % b));
 }
 
-inline Eigen::Vector3d Point3d(const CNuPoint& p) { return Eigen::Vector3d(p.x(), p.y(), p.z()); }
+// The points as the rows of an n by 3 matrix.
+inline Eigen::MatrixX3d Rows(const CNuPointArray& points) {
+    Eigen::MatrixX3d m(points.GetSize(), 3);
+    for (int i = 0; i < points.GetSize(); ++i)
+        m.row(i) << points[i].x(), points[i].y(), points[i].z();
+    return m;
+}
 
-// Width of the points along a direction (normalised here); 1e300 for a null direction.
-inline double WidthAlong(const CNuPointArray& points, Eigen::Vector3d v) {
+// Width of the rows of m along a direction (normalised here); 1e300 for a null direction.
+inline double WidthAlong(const Eigen::MatrixX3d& m, const Eigen::Vector3d& v) {
     if (v.norm() < 1e-14) return 1e300;
-    v.normalize();
-    double dMin = 1e300;
-    double dMax = -1e300;
-    for (int i = 0; i < points.GetSize(); ++i) {
-        dMin = std::min(dMin, Point3d(points[i]).dot(v));
-        dMax = std::max(dMax, Point3d(points[i]).dot(v));
-    }
-    return dMax - dMin;
+    Eigen::VectorXd d = m * v.normalized();
+    return d.maxCoeff() - d.minCoeff();
 }
 
 // The minimum zone of planar points (z ignored) by brute force: the strip is normal to a chord
 // of two of the points.
 inline double BruteLineZone(const CNuPointArray& points) {
+    Eigen::MatrixX3d m = Rows(points);
     double dBest = 1e300;
-    for (int i = 0; i < points.GetSize(); ++i)
-        for (int j = i + 1; j < points.GetSize(); ++j) {
-            Eigen::Vector3d d = Point3d(points[j]) - Point3d(points[i]);
-            dBest = std::min(dBest, WidthAlong(points, Eigen::Vector3d(-d.y(), d.x(), 0.0)));
-        }
+    for (int i = 0; i < m.rows(); ++i)
+        for (int j = i + 1; j < m.rows(); ++j)
+            dBest = std::min(
+                dBest, WidthAlong(m, Eigen::Vector3d(m(i, 1) - m(j, 1), m(j, 0) - m(i, 0), 0.0)));
     return dBest;
 }
 
 // The minimum zone of points in space by brute force: the slab is normal to the plane of three
 // points or to the two directions of two chords.
 inline double BrutePlaneZone(const CNuPointArray& points) {
+    Eigen::MatrixX3d m = Rows(points);
     std::vector<Eigen::Vector3d> chords;
-    for (int i = 0; i < points.GetSize(); ++i)
-        for (int j = i + 1; j < points.GetSize(); ++j)
-            chords.push_back(Point3d(points[j]) - Point3d(points[i]));
+    for (int i = 0; i < m.rows(); ++i)
+        for (int j = i + 1; j < m.rows(); ++j)
+            chords.push_back((m.row(j) - m.row(i)).transpose());
     double dBest = 1e300;
     for (std::size_t a = 0; a < chords.size(); ++a)
         for (std::size_t b = a + 1; b < chords.size(); ++b)
-            dBest = std::min(dBest, WidthAlong(points, chords[a].cross(chords[b])));
+            dBest = std::min(dBest, WidthAlong(m, chords[a].cross(chords[b])));
     return dBest;
 }
 
