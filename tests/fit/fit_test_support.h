@@ -32,9 +32,8 @@ inline std::string SetName(const char* pszPrefix, int n) {
 // answer of at least nValues figures; false when either is absent.
 inline bool ReadTracimSet(const char* pszPackage, const std::string& id, std::size_t nValues,
                           CNuPointArray* pPoints, std::vector<double>* pAnswer) {
-    const std::string sRoot = RefDataDir() + "/" + pszPackage;
-    std::ifstream data(sRoot + "/data/" + id + ".asc");
-    std::ifstream answer(sRoot + "/answer/" + id + ".txt");
+    std::ifstream data(RefDataDir() + "/" + pszPackage + "/data/" + id + ".asc");
+    std::ifstream answer(RefDataDir() + "/" + pszPackage + "/answer/" + id + ".txt");
     double x, y, z;
     while (data >> x >> y >> z)
         pPoints->Add(CNuPoint(x, y, z));

@@ -39,41 +39,40 @@ TEST(LineAndPlaneFit, GiveTheExactCleanedLineAndPlaneNearAndFarFromTheOrigin) {
 }
 
 // Two points run from the first to the second without cleaning; three points keep the normal of
-// the collinearity test, (0,1,0) x (1,0,0) = (0,0,-1), which a fourth point cleans. A line in
-// space has twice its largest distance as form; in a plane z = const, as for a plane, the form is
-// the span of the signed residuals.
+// the collinearity test, (0,1,0) x (1,0,0) = (0,0,-1). A line in space has twice its largest
+// distance as form; in a plane z = const, as for a plane, the form is the span of the signed
+// residuals.
 TEST(LineAndPlaneFit, FormAndSumOfSquaresFollowTheResidualsOfEachMode) {
     CNuLine line;
     CNuPlane plane;
     double dForm = -1.0, dSum = -1.0;
-    line.Fit(test::Points({CNuPoint(3, 0, 0), CNuPoint(0, 4, 0)}), &dForm, &dSum);
+    line.Fit(test::Points({{3, 0, 0}, {0, 4, 0}}), &dForm, &dSum);
     EXPECT_EQ((std::vector<double>{line.GetDirection()[0], line.GetDirection()[1], dForm, dSum}),
               (std::vector<double>{-0.6, 0.8, 0, 0}));
-    CNuPointArray points = test::Points({CNuPoint(0, 0, 0), CNuPoint(0, 1, 0), CNuPoint(1, 0, 0)});
-    plane.Fit(points, &dForm, &dSum);
+    plane.Fit(test::Points({{0, 0, 0}, {0, 1, 0}, {1, 0, 0}}), &dForm, &dSum);
     EXPECT_EQ((std::vector<double>{plane.GetNormal()[2], dForm, dSum}),
               (std::vector<double>{-1, 0, 0}));
-    points.Add(CNuPoint(1, 1, 0));
-    plane.Fit(points);
-    EXPECT_EQ(plane.GetNormal()[2], 1.0);
-    // About the x axis: signed residuals 0.25 (four times) and -1 in z = 5; distances 0.3,
-    // sqrt(0.1) and 0.1 in space, each twice.
-    line.Fit(test::Points({CNuPoint(-2, 0.25, 5), CNuPoint(-1, 0.25, 5), CNuPoint(0, -1, 5),
-                           CNuPoint(1, 0.25, 5), CNuPoint(2, 0.25, 5)}),
-             &dForm, &dSum);
-    EXPECT_NEAR(dForm, 1.25, kResidual) << "a span, not twice the largest distance";
-    EXPECT_NEAR(dSum, 1.25, kResidual);
-    line.Fit(test::Points({CNuPoint(-2, 0.3, 0), CNuPoint(2, 0.3, 0), CNuPoint(-1, -0.3, 0.1),
-                           CNuPoint(1, -0.3, 0.1), CNuPoint(-3, 0, -0.1), CNuPoint(3, 0, -0.1)}),
-             &dForm, &dSum);
-    EXPECT_NEAR(dForm, 2.0 * std::sqrt(0.1), kResidual) << "twice the largest distance";
-    EXPECT_NEAR(dSum, 0.4, kResidual);
-    // Residuals 0.14, 0.14, -0.06, -0.06, -0.16 about the plane z = -0.04.
-    plane.Fit(test::Points({CNuPoint(2, 2, 0.1), CNuPoint(-2, -2, 0.1), CNuPoint(2, -2, -0.1),
-                            CNuPoint(-2, 2, -0.1), CNuPoint(0, 0, -0.2)}),
-              &dForm, &dSum);
-    EXPECT_NEAR(dForm, 0.3, kResidual);
-    EXPECT_NEAR(dSum, 0.072, kResidual);
+    // Signed residuals 0.25 (four times) and -1 about the x axis in z = 5; distances 0.3,
+    // sqrt(0.1) and 0.1 (each twice) about it in space; residuals 0.14, 0.14, -0.06, -0.06 and
+    // -0.16 about the plane z = -0.04.
+    const struct {
+        double dForm, dSum;
+        bool bPlane;
+        std::vector<CNuPoint> points;
+    } cases[] = {
+        // clang-format off
+        {1.25, 1.25, false, {{-2, 0.25, 5}, {-1, 0.25, 5}, {0, -1, 5}, {1, 0.25, 5}, {2, 0.25, 5}}},
+        {2.0 * std::sqrt(0.1), 0.4, false,
+         {{-2, 0.3, 0}, {2, 0.3, 0}, {-1, -0.3, 0.1}, {1, -0.3, 0.1}, {-3, 0, -0.1}, {3, 0, -0.1}}},
+        {0.3, 0.072, true, {{2, 2, 0.1}, {-2, -2, 0.1}, {2, -2, -0.1}, {-2, 2, -0.1}, {0, 0, -0.2}}},
+        // clang-format on
+    };
+    for (const auto& c : cases) {
+        c.bPlane ? plane.Fit(test::Points(c.points), &dForm, &dSum)
+                 : line.Fit(test::Points(c.points), &dForm, &dSum);
+        EXPECT_NEAR(dForm, c.dForm, kResidual);
+        EXPECT_NEAR(dSum, c.dSum, kResidual);
+    }
 }
 
 }  // namespace

@@ -1,8 +1,8 @@
 // Minimum-zone lines and planes against brute force over all supports. The line zone runs on
 // planar sets of every kind (random, thin, collinear, grids, points sharing a coordinate,
 // repeated and collinear leading points), each solved in the XY plane, in the planes
-// x = const and y = const and in a tilted plane; then the bounding pairs and their supports, and
-// the exchange limit.
+// x = const and y = const and in a tilted plane, with its bounding pair; then the exchange limit,
+// and the plane zone on random, thin, cloud and levelled sets.
 #include <functional>
 
 #include "fit_test_support.h"
@@ -39,12 +39,10 @@ std::vector<CNuPointArray> PlanarSets(test::Random& rng) {
             return bColumns ? CNuPoint(a, b, 0) : CNuPoint(b, a, 0);
         }));
     // Two parallel edges 10 apart hold four supports, yet a slanted pair is about 3 apart.
-    sets.push_back(test::Points(
-        {CNuPoint(0, 0, 0), CNuPoint(0, 1, 0), CNuPoint(10, -1, 0), CNuPoint(10, 2, 0)}));
+    sets.push_back(test::Points({{0, 0, 0}, {0, 1, 0}, {10, -1, 0}, {10, 2, 0}}));
     // The first point repeated, then one collinear with the first two distinct ones.
-    sets.push_back(
-        test::Points({CNuPoint(0, 0, 0), CNuPoint(0, 0, 0), CNuPoint(2, 0, 0), CNuPoint(1, 0, 0),
-                      CNuPoint(0.5, 1.5, 0), CNuPoint(2.5, 1, 0), CNuPoint(1, -0.5, 0)}));
+    sets.push_back(test::Points(
+        {{0, 0, 0}, {0, 0, 0}, {2, 0, 0}, {1, 0, 0}, {0.5, 1.5, 0}, {2.5, 1, 0}, {1, -0.5, 0}}));
     return sets;
 }
 
@@ -93,10 +91,8 @@ TEST(LineMinZone, ReachingTheExchangeLimitIsNotConverged) {
             [&](long l) { line.FitMinZone(sets[k], &dZone, kZoneTol, l); },
             [&](long l) { return line.FitMinZoneEx(sets[k], &dZone, kZoneTol, l); }, 50, "CNuLine");
         EXPECT_TRUE(k == 0 || lLeast == 2) << "least limit " << lLeast;
-        for (long l : {lLeast, lLeast + 7, 1000L}) {
-            line.FitMinZone(sets[k], &dZone, kZoneTol, l);
-            EXPECT_NEAR(dZone, test::BruteLineZone(sets[k]), kZoneTol) << "limit " << l;
-        }
+        line.FitMinZone(sets[k], &dZone, kZoneTol, 1000);
+        EXPECT_NEAR(dZone, test::BruteLineZone(sets[k]), kZoneTol) << "with a larger limit";
     }
 }
 
@@ -110,9 +106,10 @@ TEST(PlaneMinZone, MatchesBruteForceOnRandomThinAndLevelledSets) {
             double x = rng.Uniform(-5, 5), y = rng.Uniform(-5, 5);
             return CNuPoint(x, y, 0.3 * x - 0.2 * y + rng.Uniform(-dThickness, dThickness));
         }));
-    sets.push_back(test::Points({CNuPoint(0, 0, 1), CNuPoint(2, 0, 1), CNuPoint(0, 3, 2)}));
+    sets.push_back(test::Points({{0, 0, 1}, {2, 0, 1}, {0, 3, 2}}));
+    sets.push_back(Planar(16, [&](int) { return test::RandomPoint(rng, 1.0); }));
     sets.push_back(
-        Planar(25, [](int i) { return CNuPoint(i / 5, i % 5, (i / 5 + i % 5) % 3 == 0); }));
+        Planar(25, [](int i) { return CNuPoint(i / 5, i % 5, 0.5 * ((i / 5 + i % 5) % 3 == 0)); }));
     for (std::size_t k = 0; k < sets.size(); ++k) {
         CNuPlane plane, inner, outer;
         double dZone = -1.0;
