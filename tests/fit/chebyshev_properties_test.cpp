@@ -5,9 +5,7 @@
 // data of order 10 that the other suites use (an absolute threshold inside a fit shows there).
 #include <algorithm>
 #include <cmath>
-#include <functional>
-#include <numeric>
-#include <string>
+#include <utility>
 #include <vector>
 
 #include "fit_test_support.h"
@@ -16,117 +14,73 @@
 namespace numorix {
 namespace {
 
-// What a fit reports (a zone or a radius), and a point that may join the data without changing
-// it: inside the zone, or for a circle on the ray from its centre to the point farthest from it,
-// midway between the circle and that point (inside the circumscribed disc, inside the minimum
-// zone, and inside the hull but outside the inscribed circle).
-struct SAnswer {
-    double dValue;
-    CNuPoint inside;
-};
-using Fit = std::function<SAnswer(const CNuPointArray&, double dTolerance)>;
+// The fits, in the order of the trace's numbers.
+enum EFit { eLineZone, ePlaneZone, eCircleZone, eCircumscribed, eInscribed };
 
-CNuPoint Mean(const CNuPointArray& p) {
-    double x = 0.0, y = 0.0, z = 0.0;
-    for (int i = 0; i < p.GetSize(); ++i) {
-        x += p[i].x() / p.GetSize();
-        y += p[i].y() / p.GetSize();
-        z += p[i].z() / p.GetSize();
-    }
-    return CNuPoint(x, y, z);
-}
-
-SAnswer Circle(const CNuPointArray& p, const CNuCircle& c, double dValue) {
+// The zone or radius of a fit, and a point that may join the data without changing it: for the
+// line and plane the mean point, inside the convex zone; for a circle the point on the ray from
+// its centre to the farthest point, midway between the circle and that point, which lies inside
+// the circumscribed disc, inside the zone, and inside the hull but outside the inscribed circle.
+double Answer(EFit eFit, const CNuPointArray& p, double dTol, CNuPoint* pInside) {
+    double dZone = 0.0;
+    CNuLine line;
+    CNuPlane plane;
+    CNuCircle c(1.0);
+    *pInside = p.MeanPoint();
+    if (eFit == eLineZone) line.FitMinZone(p, &dZone, dTol, 200);
+    if (eFit == ePlaneZone) plane.FitMinZone(p, &dZone, dTol);
+    if (eFit <= ePlaneZone) return dZone;
+    if (eFit == eCircleZone) c.FitMinZone(p, &dZone, dTol, 200);
+    if (eFit == eCircumscribed) c.FitMin(p, dTol);
+    if (eFit == eInscribed) c.FitMax(p, dTol);
     const CNuPoint& o = c.GetCentre();
-    int nFar = 0;
+    int f = 0;
     for (int i = 1; i < p.GetSize(); ++i)
-        if (test::Gap(p[i], o) > test::Gap(p[nFar], o)) nFar = i;
-    double t = 0.5 * (1.0 + c.GetRadius() / test::Gap(p[nFar], o));
-    return {dValue, CNuPoint(o.x() + t * (p[nFar].x() - o.x()), o.y() + t * (p[nFar].y() - o.y()),
-                             o.z() + t * (p[nFar].z() - o.z()))};
-}
-
-CNuPointArray Transformed(const CNuPointArray& p, const std::vector<int>& order, double s) {
-    CNuPointArray q(static_cast<int>(order.size()));
-    for (int i : order)
-        q.Add(CNuPoint(p[i].x() * s, p[i].y() * s, p[i].z() * s));
-    return q;
+        if (test::Gap(p[i], o) > test::Gap(p[f], o)) f = i;
+    double t = 0.5 * (1.0 + c.GetRadius() / test::Gap(p[f], o));
+    *pInside = o + (p[f] - o) * t;
+    return eFit == eCircleZone ? dZone : c.GetRadius();
 }
 
 TEST(ChebyshevFits, KeepTheirAnswerUnderPermutationDuplicationInsidePointsAndScaling) {
     test::Random rng;
-    CNuPointArray lined(30), lobed(30);
+    CNuPointArray lined(30), lobed(30),
+        slab = test::NearPlane(rng, CNuVector(1, 2, 3), 30, 10, 0.5);
     for (int i = 0; i < 30; ++i) {
         double x = rng.Uniform(-10.0, 10.0), t = rng.Uniform(0.0, 2.0 * M_PI);
-        lined.Add(CNuPoint(x, 0.3 * x + 1.0 + rng.Uniform(-0.5, 0.5), 0.5));
         double r = 10.0 + 0.05 * std::cos(3.0 * t) + rng.Uniform(-0.01, 0.01);
+        lined.Add(CNuPoint(x, 0.3 * x + 1.0 + rng.Uniform(-0.5, 0.5), 0.5));
         lobed.Add(CNuPoint(2.0 + r * std::cos(t), -1.0 + r * std::sin(t), 0.5));
     }
-    CNuPointArray slab = test::NearPlane(rng, CNuVector(1, 2, 3), 30, 10.0, 0.5);
-    CNuLine line;
-    CNuPlane plane;
-    CNuCircle circle(1.0);
-    double dZone = 0.0;
-    struct SCase {
-        const char* name;
-        const CNuPointArray& points;
-        Fit fit;
-    };
-    const SCase cases[] = {
-        {"line zone", lined,
-         [&](const CNuPointArray& p, double dTol) {
-             line.FitMinZone(p, &dZone, dTol, 200);
-             return SAnswer{dZone, Mean(p)};
-         }},
-        {"plane zone", slab,
-         [&](const CNuPointArray& p, double dTol) {
-             plane.FitMinZone(p, &dZone, dTol);
-             return SAnswer{dZone, Mean(p)};
-         }},
-        {"circle zone", lobed,
-         [&](const CNuPointArray& p, double dTol) {
-             circle.FitMinZone(p, &dZone, dTol, 200);
-             return Circle(p, circle, dZone);
-         }},
-        {"circumscribed", lobed,
-         [&](const CNuPointArray& p, double dTol) {
-             circle.FitMin(p, dTol);
-             return Circle(p, circle, circle.GetRadius());
-         }},
-        {"inscribed", lobed,
-         [&](const CNuPointArray& p, double dTol) {
-             circle.FitMax(p, dTol);
-             return Circle(p, circle, circle.GetRadius());
-         }},
-    };
-    // The fits are asked for 1e-9 of the data's size; an answer may miss by a few such.
+    // The fits are asked for 1e-9 of the data's size (10); an answer may miss by a few such.
     constexpr double kFitTol = 1e-8;
     constexpr double kSlack = 20.0 * kFitTol;
-    for (const SCase& c : cases) {
-        std::vector<int> order(static_cast<std::size_t>(c.points.GetSize()));
-        std::iota(order.begin(), order.end(), 0);
-        SAnswer base = c.fit(c.points, kFitTol);
-        CNuPointArray inside(c.points);
-        inside.Add(base.inside);
-        std::vector<int> shuffled(order), doubled(order);
+    for (EFit eFit : {eLineZone, ePlaneZone, eCircleZone, eCircumscribed, eInscribed}) {
+        const CNuPointArray& p = eFit == eLineZone ? lined : eFit == ePlaneZone ? slab : lobed;
+        CNuPoint inside;
+        double dBase = Answer(eFit, p, kFitTol, &inside);
+        // The indices into p and its inside point of the variants, each scaled by s: permuted,
+        // a third of the points repeated, the inside point added, scaled by 1e3 and by 1e-3.
+        std::vector<int> order;
+        for (int i = 0; i < p.GetSize(); ++i)
+            order.push_back(i);
+        std::vector<int> shuffled(order), doubled(order), added(order);
         std::shuffle(shuffled.begin(), shuffled.end(), rng.Engine());
-        for (int i = 0; i < c.points.GetSize(); i += 3)
-            doubled.push_back(i);
-        struct SVariant {
-            std::string name;
-            CNuPointArray points;
-            double s;
-        };
-        const SVariant variants[] = {{"permuted", Transformed(c.points, shuffled, 1.0), 1.0},
-                                     {"duplicated", Transformed(c.points, doubled, 1.0), 1.0},
-                                     {"inside point", inside, 1.0},
-                                     {"scaled by 1e3", Transformed(c.points, order, 1e3), 1e3},
-                                     {"scaled by 1e-3", Transformed(c.points, order, 1e-3), 1e-3}};
-        for (const SVariant& v : variants) {
-            SCOPED_TRACE(std::string(c.name) + ", " + v.name);
+        doubled.insert(doubled.end(), order.begin(), order.begin() + p.GetSize() / 3);
+        added.push_back(p.GetSize());
+        CNuPointArray extended(p);
+        extended.Add(inside);
+        const std::pair<std::vector<int>, double> variants[] = {
+            {shuffled, 1.0}, {doubled, 1.0}, {added, 1.0}, {order, 1e3}, {order, 1e-3}};
+        for (const auto& v : variants) {
+            SCOPED_TRACE(testing::Message() << "fit " << eFit << ", " << v.first.size()
+                                            << " points scaled by " << v.second);
+            CNuPointArray q;
+            for (int i : v.first)
+                q.Add(extended[i] * v.second);
             double dValue = 0.0;
-            ASSERT_NO_THROW(dValue = c.fit(v.points, kFitTol * v.s).dValue);
-            EXPECT_NEAR(dValue / v.s, base.dValue, kSlack) << "unscaled " << base.dValue;
+            ASSERT_NO_THROW(dValue = Answer(eFit, q, kFitTol * v.second, &inside));
+            EXPECT_NEAR(dValue / v.second, dBase, kSlack) << "unscaled " << dBase;
         }
     }
 }

@@ -19,24 +19,10 @@ namespace {
 using oracle::SXY;
 constexpr double kPi = 3.14159265358979323846;
 
-// Points given by their coordinates in a plane frame, which the oracles see, and in space, which
-// the fits see: a fit that mishandles the projection is caught.
-struct SSet {
-    std::vector<SXY> plane;
-    CNuPointArray points;
-    test::Frame frame;
-};
-
-SSet InFrame(const std::vector<SXY>& q, const test::Frame& f) {
-    SSet s{q, CNuPointArray(static_cast<int>(q.size())), f};
-    for (const SXY& p : q)
-        s.points.Add(f.World(p.x, p.y));
-    return s;
-}
-
 // n points of a three-lobed profile (lobes 0.5 %, noise 0.1 % of the radius) over an arc, or
-// scattered over the square of half-side dRadius, in a plane z = 0.5 or a random one, whose
-// origin lies dOffset from the world's.
+// scattered over the square of half-side dRadius, in a plane z = 0.5 or a random one whose origin
+// lies dOffset from the world's. The oracles see the plane coordinates, the fits the points in
+// space: a fit that mishandles the projection is caught.
 struct SConfig {
     int n;
     double dArcDegrees;
@@ -46,7 +32,7 @@ struct SConfig {
     bool bScatter = false;
 };
 
-SSet Make(test::Random& rng, const SConfig& c) {
+std::vector<SXY> Make(test::Random& rng, const SConfig& c, CNuPointArray* pPoints) {
     test::Frame f{CNuPoint(0, 0, 0), CNuVector(1, 0, 0), CNuVector(0, 1, 0), CNuVector(0, 0, 1)};
     if (c.bTilted) f = test::RandomFrame(rng);
     f.origin = CNuPoint(f.origin.x() + c.dOffset, f.origin.y() - c.dOffset, f.origin.z() + 0.5);
@@ -57,18 +43,17 @@ SSet Make(test::Random& rng, const SConfig& c) {
         double r = c.dRadius * (1.0 + 0.005 * std::cos(3.0 * t) + rng.Uniform(-1e-3, 1e-3));
         q.push_back({0.3 * c.dRadius + r * std::cos(t), -0.2 * c.dRadius + r * std::sin(t)});
         if (c.bScatter) q.back() = {rng.Uniform(-1, 1) * c.dRadius, rng.Uniform(-1, 1) * c.dRadius};
+        pPoints->Add(f.World(q.back().x, q.back().y));
     }
-    return InFrame(q, f);
+    return q;
 }
 
-// Least and greatest distance of the points from a fitted circle's centre.
-void DistanceRange(const CNuPointArray& points, const CNuCircle& c, double* pdMin, double* pdMax) {
-    *pdMin = 1e300;
-    *pdMax = -1e300;
-    for (int i = 0; i < points.GetSize(); ++i) {
-        *pdMin = std::min(*pdMin, test::Gap(points[i], c.GetCentre()));
-        *pdMax = std::max(*pdMax, test::Gap(points[i], c.GetCentre()));
-    }
+// The greatest distance of the points from a circle's centre (dSign 1), or less the least (-1).
+double Reach(const CNuPointArray& points, const CNuCircle& c, double dSign) {
+    double d = -1e300;
+    for (int i = 0; i < points.GetSize(); ++i)
+        d = std::max(d, dSign * test::Gap(points[i], c.GetCentre()));
+    return d;
 }
 
 // Least annulus width over the centres of all 4-point supports, paired 2 + 2 on the two circles
@@ -113,11 +98,10 @@ TEST(CircleZoneFits, AgreeWithCgalAndWithBruteForceOnSmallSets) {
             configs.push_back({500, 360.0, dRadius, 1e3, bTilted});
     test::Random rng;
     for (const SConfig& c : configs) {
-        SSet s = Make(rng, c);
-        SCOPED_TRACE("n " + std::to_string(c.n) + " arc " + std::to_string(c.dArcDegrees) +
-                     " radius " + std::to_string(c.dRadius) + " offset " +
-                     std::to_string(c.dOffset) + (c.bTilted ? " tilted" : "") +
-                     (c.bScatter ? " scattered" : ""));
+        CNuPointArray points;
+        std::vector<SXY> plane = Make(rng, c, &points);
+        SCOPED_TRACE(testing::Message() << "n " << c.n << ", arc " << c.dArcDegrees << ", radius "
+                                        << c.dRadius << ", offset " << c.dOffset);
         // The fits are asked for 1e-9 of the radius; coordinates far from the origin round at
         // 1e-16 of the offset, grown by the projection. An objective may miss by a few such.
         // In a plane z = const the zone is found in world coordinates, where the bisector
@@ -125,100 +109,81 @@ TEST(CircleZoneFits, AgreeWithCgalAndWithBruteForceOnSmallSets) {
         double dTol = 1e-9 * c.dRadius + 1e-14 * c.dOffset, dSlack = 20.0 * dTol;
         double dZoneSlack = dSlack + (c.bTilted ? 0.0 : 4e-16 * c.dOffset * c.dOffset / c.dRadius);
         CNuCircle min(1.0), max(1.0), zone(1.0), inner(1.0), outer(1.0);
-        double dZone = -1.0, dLeast = 0.0, dMost = 0.0;
-        ASSERT_NO_THROW(min.FitMin(s.points, dTol));
-        EXPECT_NEAR(min.GetRadius(), oracle::MinEnclosingCircle(s.plane).r, dSlack);
-        DistanceRange(s.points, min, &dLeast, &dMost);
-        EXPECT_LE(dMost, min.GetRadius() + dSlack);
+        double dZone = -1.0;
+        ASSERT_NO_THROW(min.FitMin(points, dTol));
+        EXPECT_NEAR(min.GetRadius(), oracle::MinEnclosingCircle(plane).r, dSlack);
+        EXPECT_LE(Reach(points, min, 1.0), min.GetRadius() + dSlack);
         // The inscribed circle is the metrological one of closed profiles only: on an arc the
         // largest empty circle is not bounded by the profile.
         if (c.dArcDegrees == 360.0 && !c.bScatter && c.n > 3) {
-            ASSERT_NO_THROW(max.FitMax(s.points, dTol));
-            EXPECT_NEAR(max.GetRadius(), oracle::LargestEmptyCircle(s.plane).r, dSlack);
-            DistanceRange(s.points, max, &dLeast, &dMost);
-            EXPECT_GE(dLeast, max.GetRadius() - dSlack);
+            ASSERT_NO_THROW(max.FitMax(points, dTol));
+            EXPECT_NEAR(max.GetRadius(), oracle::LargestEmptyCircle(plane).r, dSlack);
+            EXPECT_GE(-Reach(points, max, -1.0), max.GetRadius() - dSlack);
         }
         // No wider than the least-area annulus (A), and w (R + r) >= w_A (R_A + r_A).
-        ASSERT_NO_THROW(zone.FitMinZone(s.points, &dZone, &inner, &outer, dTol, 1000));
-        oracle::SAnnulusXY a = oracle::MinAreaAnnulus(s.plane);
+        ASSERT_NO_THROW(zone.FitMinZone(points, &dZone, &inner, &outer, dTol, 1000));
+        oracle::SAnnulusXY a = oracle::MinAreaAnnulus(plane);
         EXPECT_LE(dZone, a.rOuter - a.rInner + dZoneSlack) << "CGAL " << a.rOuter - a.rInner;
         EXPECT_GE(dZone * (inner.GetRadius() + outer.GetRadius()),
                   (a.rOuter - a.rInner) * (a.rOuter + a.rInner) - dZoneSlack * c.dRadius);
         EXPECT_NEAR(outer.GetRadius() - inner.GetRadius(), dZone, dZoneSlack);
-        DistanceRange(s.points, zone, &dLeast, &dMost);
-        EXPECT_LE(dMost - zone.GetRadius(), dZone / 2 + dZoneSlack);
-        EXPECT_LE(zone.GetRadius() - dLeast, dZone / 2 + dZoneSlack);
+        EXPECT_LE(Reach(points, zone, 1.0) - zone.GetRadius(), dZone / 2 + dZoneSlack);
+        EXPECT_LE(zone.GetRadius() + Reach(points, zone, -1.0), dZone / 2 + dZoneSlack);
         if (c.n > 3 && c.n <= 30) {
-            EXPECT_NEAR(dZone, BruteMinZone(s.plane), dSlack);
+            EXPECT_NEAR(dZone, BruteMinZone(plane), dSlack);
         }
     }
 }
 
-// k points evenly on a circle of radius 2 about the origin from the angle dPhase (the first m of
-// them when m > 0), and an nx by ny grid of steps dx and dy from the origin.
-std::vector<SXY> Polygon(int k, double dPhase, int m = 0) {
-    std::vector<SXY> q;
-    for (int i = 0; i < (m > 0 ? m : k); ++i)
-        q.push_back({2.0 * std::cos(dPhase + 2.0 * kPi * i / k),
-                     2.0 * std::sin(dPhase + 2.0 * kPi * i / k)});
-    return q;
-}
-std::vector<SXY> Grid(int nx, int ny, double dx, double dy) {
-    std::vector<SXY> q;
-    for (int i = 0; i < nx * ny; ++i)
-        q.push_back({i / ny * dx, i % ny * dy});
-    return q;
-}
-
 // Answers on which three or more points tie: the walks must take points already on the circle
 // as contacts, give one up for another at the same radius, and stop when the tied points
-// enclose the centre. A regular polygon's circumcircle is both its circles (points only); a
-// grid's inscribed circle is any cell's (centre not checked); the half circle has none.
+// enclose the centre. A regular polygon's circumcircle is both its circles (points only), a
+// grid's inscribed circle that of a cell; the half circle has no inscribed circle. The
+// circumscribed circle is unique, so its radius and containment fix its centre.
 TEST(CircleZoneFits, TiedContactsGiveTheExactlyKnownCircles) {
     constexpr double kTie = 1e-12;  // rounding of coordinates of order 1 to 10 in a tilted plane
-    const double kNone = std::nan("");
+    // k points at radius 2 from the angle dPhase (the first m of them when m > 0), centre last
+    // when bCentre, or an nx by ny grid of steps dx and dy; and the expected radii.
     struct SCase {
-        std::vector<SXY> plane;
-        double dMin;
-        SXY minCentre;
-        double dMax;
-        SXY maxCentre;
+        int k, m;
+        double dPhase;
+        bool bCentre;
+        int nx, ny;
+        double dx, dy, dMin, dMax;
     };
-    std::vector<SXY> centred = Polygon(6, 0.0);
-    centred.push_back({0.0, 0.0});
-    const SCase cases[] = {
-        {Polygon(3, 0.3), 2.0, {0, 0}, 2.0, {0, 0}},
-        {Polygon(4, 0.1), 2.0, {0, 0}, 2.0, {0, 0}},
-        {Polygon(5, 0.0), 2.0, {0, 0}, 2.0, {0, 0}},
-        {Polygon(6, 0.0), 2.0, {0, 0}, 2.0, {0, 0}},
-        {Polygon(8, 0.2), 2.0, {0, 0}, 2.0, {0, 0}},
-        {Polygon(12, 0.0), 2.0, {0, 0}, 2.0, {0, 0}},
-        {Polygon(8, 0.0, 5), 2.0, {0, 0}, kNone, {kNone, 0}},
-        {centred, 2.0, {0, 0}, 2.0 / std::sqrt(3.0), {kNone, 0}},
-        {Grid(2, 2, 4.0, 2.0), std::sqrt(5.0), {2, 1}, std::sqrt(5.0), {2, 1}},
-        {Grid(3, 3, 2.0, 1.0), std::sqrt(5.0), {2, 1}, std::sqrt(1.25), {kNone, 0}},
-        {Grid(4, 4, 1.0, 1.0), 1.5 * std::sqrt(2.0), {1.5, 1.5}, std::sqrt(0.5), {kNone, 0}},
-    };
+    const double r2 = std::sqrt(2.0), r5 = std::sqrt(5.0);
+    const SCase cases[] = {{3, 0, 0.3, false, 0, 0, 0, 0, 2, 2},
+                           {4, 0, 0.1, false, 0, 0, 0, 0, 2, 2},
+                           {5, 0, 0.0, false, 0, 0, 0, 0, 2, 2},
+                           {6, 0, 0.0, false, 0, 0, 0, 0, 2, 2},
+                           {8, 0, 0.2, false, 0, 0, 0, 0, 2, 2},
+                           {12, 0, 0.0, false, 0, 0, 0, 0, 2, 2},
+                           {8, 5, 0.0, false, 0, 0, 0, 0, 2, -1},
+                           {6, 0, 0.0, true, 0, 0, 0, 0, 2, 2 / std::sqrt(3.0)},
+                           {0, 0, 0.0, false, 2, 2, 4, 2, r5, r5},
+                           {0, 0, 0.0, false, 3, 3, 2, 1, r5, r5 / 2},
+                           {0, 0, 0.0, false, 4, 4, 1, 1, 1.5 * r2, r2 / 2}};
     test::Random rng;
     int nRow = 0;
-    for (const SCase& row : cases) {
+    for (const SCase& c : cases) {
         SCOPED_TRACE("row " + std::to_string(nRow++));
-        SSet s = InFrame(row.plane, test::RandomFrame(rng));
-        CNuCircle min(1.0), max(1.0);
-        double dLeast = 0.0, dMost = 0.0;
-        ASSERT_NO_THROW(min.FitMin(s.points, 1e-9));
-        EXPECT_NEAR(min.GetRadius(), row.dMin, kTie);
-        EXPECT_TRUE(test::PointsNear(min.GetCentre(),
-                                     s.frame.World(row.minCentre.x, row.minCentre.y), kTie));
-        if (std::isnan(row.dMax)) continue;
-        ASSERT_NO_THROW(max.FitMax(s.points, 1e-9));
-        EXPECT_NEAR(max.GetRadius(), row.dMax, kTie);
-        DistanceRange(s.points, max, &dLeast, &dMost);
-        EXPECT_GE(dLeast, max.GetRadius() - kTie);
-        if (!std::isnan(row.maxCentre.x)) {
-            EXPECT_TRUE(test::PointsNear(max.GetCentre(),
-                                         s.frame.World(row.maxCentre.x, row.maxCentre.y), kTie));
+        test::Frame f = test::RandomFrame(rng);
+        CNuPointArray points;
+        for (int i = 0; i < (c.m > 0 ? c.m : c.k); ++i) {
+            double t = c.dPhase + 2.0 * kPi * i / c.k;
+            points.Add(f.World(2.0 * std::cos(t), 2.0 * std::sin(t)));
         }
+        if (c.bCentre) points.Add(f.origin);
+        for (int i = 0; i < c.nx * c.ny; ++i)
+            points.Add(f.World(i / c.ny * c.dx, i % c.ny * c.dy));
+        CNuCircle min(1.0), max(1.0);
+        ASSERT_NO_THROW(min.FitMin(points, 1e-9));
+        EXPECT_NEAR(min.GetRadius(), c.dMin, kTie);
+        EXPECT_LE(Reach(points, min, 1.0), min.GetRadius() + kTie);
+        if (c.dMax < 0.0) continue;
+        ASSERT_NO_THROW(max.FitMax(points, 1e-9));
+        EXPECT_NEAR(max.GetRadius(), c.dMax, kTie);
+        EXPECT_GE(-Reach(points, max, -1.0), max.GetRadius() - kTie);
     }
 }
 
@@ -230,34 +195,24 @@ TEST(CircleZoneFits, DegenerateSetsAreSolvedDirectly) {
     constexpr double kDirect = 1e-13;  // a few operations on coordinates of order 1 to 5
     struct SCase {
         std::vector<CNuPoint> points;
-        double dZone;  // negative: the circumscribed circle
+        double dZone;  // negative: the circumscribed circle is fitted
         double dRadius;
         CNuPoint centre;
     };
+    using P = CNuPoint;
     const SCase cases[] = {
-        {{CNuPoint(1, 2, 3)}, 0.0, 0.0, CNuPoint(1, 2, 3)},
-        {{CNuPoint(0, 0, 0), CNuPoint(1, 0, 0), CNuPoint(4, 0, 0)}, 1.0, 1.5, CNuPoint(2, 0, 0)},
-        {{CNuPoint(5, 0, 0), CNuPoint(0, 5, 0), CNuPoint(-5, 0, 0)}, 0.0, 5.0, CNuPoint(0, 0, 0)},
-        {{CNuPoint(3, 0, 0), CNuPoint(-3, 0, 0), CNuPoint(0, 4, 0), CNuPoint(0, -4, 0)},
-         1.0,
-         3.5,
-         CNuPoint(0, 0, 0)},
-        {{CNuPoint(0, 0, 0), CNuPoint(1, 1, 0), CNuPoint(2, 2, 0)},
-         -1,
-         std::sqrt(2.0),
-         CNuPoint(1, 1, 0)},
-        {{CNuPoint(2, 2, 2), CNuPoint(2, 2, 2)}, -1, 0.0, CNuPoint(2, 2, 2)},
-    };
+        {{P(1, 2, 3)}, 0.0, 0.0, P(1, 2, 3)},
+        {{P(0, 0, 0), P(1, 0, 0), P(4, 0, 0)}, 1.0, 1.5, P(2, 0, 0)},
+        {{P(5, 0, 0), P(0, 5, 0), P(-5, 0, 0)}, 0.0, 5.0, P(0, 0, 0)},
+        {{P(3, 0, 0), P(-3, 0, 0), P(0, 4, 0), P(0, -4, 0)}, 1.0, 3.5, P(0, 0, 0)},
+        {{P(0, 0, 0), P(1, 1, 0), P(2, 2, 0)}, -1.0, std::sqrt(2.0), P(1, 1, 0)},
+        {{P(2, 2, 2), P(2, 2, 2)}, -1.0, 0.0, P(2, 2, 2)}};
     CNuCircle c(1.0);
     for (const SCase& row : cases) {
-        SCOPED_TRACE(std::to_string(row.points.size()) + " points, zone " +
-                     std::to_string(row.dZone));
+        SCOPED_TRACE(testing::Message() << row.points.size() << " points, zone " << row.dZone);
         double dZone = -1.0;
-        if (row.dZone < 0.0) {
-            c.FitMin(test::Points(row.points), 1e-9);
-        } else {
-            c.FitMinZone(test::Points(row.points), &dZone, 1e-9, 5);
-        }
+        if (row.dZone < 0.0) c.FitMin(test::Points(row.points), 1e-9);
+        if (row.dZone >= 0.0) c.FitMinZone(test::Points(row.points), &dZone, 1e-9, 5);
         EXPECT_NEAR(dZone, row.dZone, kDirect);
         EXPECT_NEAR(c.GetRadius(), row.dRadius, kDirect);
         EXPECT_TRUE(test::PointsNear(c.GetCentre(), row.centre, kDirect));
@@ -266,11 +221,12 @@ TEST(CircleZoneFits, DegenerateSetsAreSolvedDirectly) {
 
 TEST(CircleZoneFits, ReachingTheExchangeLimitIsNotConvergence) {
     test::Random rng;
-    SSet s = Make(rng, {30, 360.0, 10.0, 0.0, false});
+    CNuPointArray points;
+    Make(rng, {30, 360.0, 10.0, 0.0, false}, &points);
     CNuCircle c(1.0);
     double dZone = -1.0;
-    test::ExpectLimitRule([&](long l) { c.FitMinZone(s.points, &dZone, 1e-9, l); },
-                          [&](long l) { return c.FitMinZoneEx(s.points, &dZone, 1e-9, l); }, 100,
+    test::ExpectLimitRule([&](long l) { c.FitMinZone(points, &dZone, 1e-9, l); },
+                          [&](long l) { return c.FitMinZoneEx(points, &dZone, 1e-9, l); }, 100,
                           "CNuCircle");
 }
 
