@@ -19,8 +19,8 @@ enum EFit { eLineZone, ePlaneZone, eCircleZone, eCircumscribed, eInscribed };
 
 // The zone or radius of a fit, and a point that may join the data without changing it: for the
 // line and plane the mean point, inside the convex zone; for a circle the point on the ray from
-// its centre to the farthest point, midway between the circle and that point, which lies inside
-// the circumscribed disc, inside the zone, and inside the hull but outside the inscribed circle.
+// its centre to the first point, midway between the circle and that point, which lies inside the
+// circumscribed disc, inside the zone, and inside the hull but outside the inscribed circle.
 double Answer(EFit eFit, const CNuPointArray& p, double dTol, CNuPoint* pInside) {
     double dZone = 0.0;
     CNuLine line;
@@ -34,11 +34,7 @@ double Answer(EFit eFit, const CNuPointArray& p, double dTol, CNuPoint* pInside)
     if (eFit == eCircumscribed) c.FitMin(p, dTol);
     if (eFit == eInscribed) c.FitMax(p, dTol);
     const CNuPoint& o = c.GetCentre();
-    int f = 0;
-    for (int i = 1; i < p.GetSize(); ++i)
-        if (test::Gap(p[i], o) > test::Gap(p[f], o)) f = i;
-    double t = 0.5 * (1.0 + c.GetRadius() / test::Gap(p[f], o));
-    *pInside = o + (p[f] - o) * t;
+    *pInside = o + (p[0] - o) * (0.5 * (1.0 + c.GetRadius() / test::Gap(p[0], o)));
     return eFit == eCircleZone ? dZone : c.GetRadius();
 }
 
