@@ -51,20 +51,19 @@ TEST(CircleFit, AgreesWithAnIndependentOrthogonalFitOnManyConfigurations) {
             m.row(i) << p.x(), p.y(), p.z();
             points.Add(p);
         }
+        SCOPED_TRACE(testing::Message() << "case " << nCase << ": " << m.rows() << " points");
         CNuCircle circle(1.0);
         double dForm = -1.0, dSum = -1.0, dLimit = kAgreeRelative * dRadius + kAgreeAbsolute;
         circle.Fit(points, &dForm, &dSum, 100);
         oracle::SCircle ref = oracle::FitCircle(m);
         CNuPoint o = circle.GetCentre();
         CNuVector normal = circle.GetNormal();
-        EXPECT_LT((Eigen::Vector3d(o.x(), o.y(), o.z()) - ref.centre).norm(), dLimit) << nCase;
-        EXPECT_NEAR(circle.GetRadius(), ref.dRadius, dLimit) << nCase;
+        EXPECT_LT((Eigen::Vector3d(o.x(), o.y(), o.z()) - ref.centre).norm(), dLimit);
+        EXPECT_NEAR(circle.GetRadius(), ref.dRadius, dLimit);
         EXPECT_LT(test::AxisAngle(normal, CNuVector(ref.normal(0), ref.normal(1), ref.normal(2))),
-                  kNormalAngle)
-            << nCase;
+                  kNormalAngle);
         EXPECT_NEAR(dSum, ref.dSumSquares,
-                    ref.dSumSquares * kSumRounding + kSumLagPerPoint * m.rows())
-            << nCase;
+                    ref.dSumSquares * kSumRounding + kSumLagPerPoint * m.rows());
         // The form: the spread of the in-plane distances from the centre.
         double dLeast = 1e300, dMost = -1e300;
         for (int i = 0; i < points.GetSize(); ++i) {
@@ -73,8 +72,9 @@ TEST(CircleFit, AgreesWithAnIndependentOrthogonalFitOnManyConfigurations) {
             dLeast = std::min(dLeast, dIn);
             dMost = std::max(dMost, dIn);
         }
-        EXPECT_NEAR(dForm, dMost - dLeast, kFormLag) << nCase;
-        EXPECT_TRUE(m.rows() > 3 || dSum + dForm == 0.0) << "three points fit exactly: " << dSum;
+        EXPECT_NEAR(dForm, dMost - dLeast, kFormLag);
+        EXPECT_TRUE(m.rows() > 3 || dSum + dForm == 0.0)
+            << "three points: sum " << dSum << ", form " << dForm;
     }
 }
 

@@ -56,32 +56,31 @@ double Reach(const CNuPointArray& points, const CNuCircle& c, double dSign) {
     return d;
 }
 
-// Least annulus width over the centres of all 4-point supports, paired 2 + 2 on the two circles
-// (a 3 + 1 support's centre, the circumcentre of the three, is that of each of its pairings).
+// Least annulus width over all candidate centres: the meeting points of the perpendicular
+// bisectors of two pairs of points (2 + 2 points on the two circles, or 3 + 1 when the pairs
+// share a point, whose centre is the circumcentre of the three).
 double BruteMinZone(const std::vector<SXY>& p) {
-    double dBest = 1e300;
-    auto bisect = [&](const SXY& a, const SXY& b, const SXY& c, const SXY& d) {
-        double d1x = a.x - b.x, d1y = a.y - b.y, d2x = c.x - d.x, d2y = c.y - d.y;
-        double t1 = a.x * a.x + a.y * a.y - b.x * b.x - b.y * b.y;
-        double t2 = c.x * c.x + c.y * c.y - d.x * d.x - d.y * d.y;
-        double det = 2.0 * (d1x * d2y - d2x * d1y);
-        if (std::fabs(det) < 1e-12) return;
-        double x = (d2y * t1 - d1y * t2) / det, y = (d1x * t2 - d2x * t1) / det;
-        double dMin = 1e300, dMax = -1e300;
-        for (const SXY& q : p) {
-            dMin = std::min(dMin, std::hypot(q.x - x, q.y - y));
-            dMax = std::max(dMax, std::hypot(q.x - x, q.y - y));
-        }
-        dBest = std::min(dBest, dMax - dMin);
-    };
+    std::vector<SXY> normals;  // bisector of a and b: 2 (a - b) . c = |a|^2 - |b|^2
+    std::vector<double> rhs;
     for (std::size_t i = 0; i < p.size(); ++i)
-        for (std::size_t j = i + 1; j < p.size(); ++j)
-            for (std::size_t k = j + 1; k < p.size(); ++k)
-                for (std::size_t l = k + 1; l < p.size(); ++l) {
-                    bisect(p[i], p[j], p[k], p[l]);
-                    bisect(p[i], p[k], p[j], p[l]);
-                    bisect(p[i], p[l], p[j], p[k]);
-                }
+        for (std::size_t j = i + 1; j < p.size(); ++j) {
+            normals.push_back({2.0 * (p[i].x - p[j].x), 2.0 * (p[i].y - p[j].y)});
+            rhs.push_back(p[i].x * p[i].x + p[i].y * p[i].y - p[j].x * p[j].x - p[j].y * p[j].y);
+        }
+    double dBest = 1e300;
+    for (std::size_t a = 0; a < normals.size(); ++a)
+        for (std::size_t b = a + 1; b < normals.size(); ++b) {
+            const SXY &u = normals[a], &v = normals[b];
+            double det = u.x * v.y - v.x * u.y;
+            if (std::fabs(det) < 1e-12) continue;
+            SXY c{(rhs[a] * v.y - rhs[b] * u.y) / det, (u.x * rhs[b] - v.x * rhs[a]) / det};
+            double dMin = 1e300, dMax = 0.0;
+            for (const SXY& q : p) {
+                dMin = std::min(dMin, std::hypot(q.x - c.x, q.y - c.y));
+                dMax = std::max(dMax, std::hypot(q.x - c.x, q.y - c.y));
+            }
+            dBest = std::min(dBest, dMax - dMin);
+        }
     return dBest;
 }
 
