@@ -22,12 +22,6 @@ struct SCircle {
 
 // Residuals d_i - R of the planar points about (a, b) with radius R.
 struct CircleResiduals {
-    using Scalar = double;
-    enum { InputsAtCompileTime = Eigen::Dynamic, ValuesAtCompileTime = Eigen::Dynamic };
-    using InputType = Eigen::VectorXd;
-    using ValueType = Eigen::VectorXd;
-    using JacobianType = Eigen::MatrixXd;
-
     const Eigen::VectorXd& x;
     const Eigen::VectorXd& y;
 

@@ -1,0 +1,85 @@
+// Properties every Chebyshev fit must have, whatever its algorithm: the line and plane zones, the
+// circle's minimum zone, minimum circumscribed and maximum inscribed circles give the same zone or
+// radius after the points are permuted, after some are duplicated and after a point inside the
+// answer joins them, and s times it after the data are scaled by s, for s far above and below the
+// data of order 10 that the other suites use (an absolute threshold inside a fit shows there).
+#include <algorithm>
+#include <cmath>
+#include <utility>
+#include <vector>
+
+#include "fit_test_support.h"
+#include "numorix/curves/circle.h"
+
+namespace numorix {
+namespace {
+
+// The fits, in the order of the trace's numbers.
+enum EFit { eLineZone, ePlaneZone, eCircleZone, eCircumscribed, eInscribed };
+
+// The zone or radius of a fit, and a point that may join the data without changing it: for the
+// line and plane the mean point, inside the convex zone; for a circle the point on the ray from
+// its centre to the first point, midway between the circle and that point, which lies inside the
+// circumscribed disc, inside the zone, and inside the hull but outside the inscribed circle.
+double Answer(EFit eFit, const CNuPointArray& p, double dTol, CNuPoint* pInside) {
+    double dZone = 0.0;
+    CNuLine line;
+    CNuPlane plane;
+    CNuCircle c(1.0);
+    *pInside = p.MeanPoint();
+    if (eFit == eLineZone) line.FitMinZone(p, &dZone, dTol, 200);
+    if (eFit == ePlaneZone) plane.FitMinZone(p, &dZone, dTol);
+    if (eFit <= ePlaneZone) return dZone;
+    if (eFit == eCircleZone) c.FitMinZone(p, &dZone, dTol, 200);
+    if (eFit == eCircumscribed) c.FitMin(p, dTol);
+    if (eFit == eInscribed) c.FitMax(p, dTol);
+    const CNuPoint& o = c.GetCentre();
+    *pInside = o + (p[0] - o) * (0.5 * (1.0 + c.GetRadius() / test::Gap(p[0], o)));
+    return eFit == eCircleZone ? dZone : c.GetRadius();
+}
+
+TEST(ChebyshevFits, KeepTheirAnswerUnderPermutationDuplicationInsidePointsAndScaling) {
+    test::Random rng;
+    CNuPointArray lined(30), lobed(30),
+        slab = test::NearPlane(rng, CNuVector(1, 2, 3), 30, 10, 0.5);
+    for (int i = 0; i < 30; ++i) {
+        double x = rng.Uniform(-10.0, 10.0), t = rng.Uniform(0.0, 2.0 * M_PI);
+        double r = 10.0 + 0.05 * std::cos(3.0 * t) + rng.Uniform(-0.01, 0.01);
+        lined.Add(CNuPoint(x, 0.3 * x + 1.0 + rng.Uniform(-0.5, 0.5), 0.5));
+        lobed.Add(CNuPoint(2.0 + r * std::cos(t), -1.0 + r * std::sin(t), 0.5));
+    }
+    // The fits are asked for 1e-9 of the data's size (10); an answer may miss by a few such.
+    constexpr double kFitTol = 1e-8;
+    constexpr double kSlack = 20.0 * kFitTol;
+    for (EFit eFit : {eLineZone, ePlaneZone, eCircleZone, eCircumscribed, eInscribed}) {
+        const CNuPointArray& p = eFit == eLineZone ? lined : eFit == ePlaneZone ? slab : lobed;
+        CNuPoint inside;
+        double dBase = Answer(eFit, p, kFitTol, &inside);
+        // The indices into p and its inside point of the variants, each scaled by s: permuted,
+        // a third of the points repeated, the inside point added, scaled by 1e3 and by 1e-3.
+        std::vector<int> order;
+        for (int i = 0; i < p.GetSize(); ++i)
+            order.push_back(i);
+        std::vector<int> shuffled(order), doubled(order), added(order);
+        std::shuffle(shuffled.begin(), shuffled.end(), rng.Engine());
+        doubled.insert(doubled.end(), order.begin(), order.begin() + p.GetSize() / 3);
+        added.push_back(p.GetSize());
+        CNuPointArray extended(p);
+        extended.Add(inside);
+        const std::pair<std::vector<int>, double> variants[] = {
+            {shuffled, 1.0}, {doubled, 1.0}, {added, 1.0}, {order, 1e3}, {order, 1e-3}};
+        for (const auto& v : variants) {
+            SCOPED_TRACE(testing::Message() << "fit " << eFit << ", " << v.first.size()
+                                            << " points scaled by " << v.second);
+            CNuPointArray q;
+            for (int i : v.first)
+                q.Add(extended[i] * v.second);
+            double dValue = 0.0;
+            ASSERT_NO_THROW(dValue = Answer(eFit, q, kFitTol * v.second, &inside));
+            EXPECT_NEAR(dValue / v.second, dBase, kSlack) << "unscaled " << dBase;
+        }
+    }
+}
+
+}  // namespace
+}  // namespace numorix
