@@ -16,6 +16,7 @@
 // Collinear points have no unique annulus: the circle about the midpoint of the two extreme
 // points is taken. Points truly out of one plane belong to a torus, which this library does not
 // fit yet: stored 145.
+#include <atomic>
 #include <cmath>
 
 #include "numorix/curves/circle.h"
@@ -31,8 +32,10 @@ namespace numorix {
 
 namespace {
 
-// Set by a zone taken from a torus; read by the overload that returns the two circles.
-int g_nTorusZone = 0;
+// Set by a zone taken from a torus; read by the overload that returns the two circles. The flag is
+// shared by all threads, as documented; it is atomic so that concurrent zone fits are no data race
+// (a thread may still see another thread's flag in the two-circle form).
+std::atomic<int> g_nTorusZone{0};
 
 struct SAnnulus {
     double dX;
@@ -192,7 +195,7 @@ long CNuCircle::PointNotCovered(double dTolerance, int nPoints, const CNuPoint* 
 void CNuCircle::FitMinZone(const CNuPointArray& points, double* pdZone, double dTolerance,
                            long lMaxIterations) {
     fit::CheckIterations(lMaxIterations, "CNuCircle");
-    g_nTorusZone = 0;
+    g_nTorusZone.store(0, std::memory_order_relaxed);
     int n = points.GetSize();
     if (n < 1) throw CNuBestfitException(1, "CNuCircle", 1);
     const CNuPoint* pIn = points.GetData();
@@ -329,7 +332,8 @@ void CNuCircle::FitMinZone(const CNuPointArray& points, double* pdZone, CNuCircl
                            CNuCircle* pOuter, double dTolerance, long lMaxIterations) {
     fit::CheckIterations(lMaxIterations, "CNuCircle");
     FitMinZone(points, pdZone, dTolerance, lMaxIterations);
-    if (g_nTorusZone == 1) throw CNuBestfitException(5, "CNuCircle");
+    if (g_nTorusZone.load(std::memory_order_relaxed) == 1)
+        throw CNuBestfitException(5, "CNuCircle");
     CNuCircle* apOut[2] = {pInner, pOuter};
     for (CNuCircle* pOut : apOut) {
         if (pOut == nullptr || pOut == this) continue;
