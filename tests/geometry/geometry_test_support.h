@@ -6,20 +6,14 @@
 #include "geometry_support.h"
 #include "numorix/curves/curve.h"
 #include "numorix/geometry/non_linear_geometry.h"
-#include "numorix/surfaces/surface.h"
 
 namespace numorix {
 namespace test {
 
-// A curve or surface of a chosen type tag, for the dispatch of the point's measures.
+// A curve of a chosen type tag, for the dispatch of the point's measures.
 class TaggedCurve : public CNuCurve {
   public:
     explicit TaggedCurve(CNuObject::ENuObjectType eType) { m_eObjectType = eType; }
-};
-
-class TaggedSurface : public CNuSurface {
-  public:
-    explicit TaggedSurface(CNuObject::ENuObjectType eType) { m_eObjectType = eType; }
 };
 
 // A positioned element whose frame the tests can set and read.

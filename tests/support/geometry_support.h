@@ -35,6 +35,21 @@ inline CNuPoint RandomPoint(Random& rng, double dRange = 5.0) {
                     rng.Uniform(-dRange, dRange));
 }
 
+inline CNuPointArray RandomPoints(Random& rng, int n) {
+    CNuPointArray points(n);
+    for (int i = 0; i < n; ++i)
+        points.Add(RandomPoint(rng));
+    return points;
+}
+
+// The x coordinates of the points in use, to compare whole arrays at once.
+inline std::vector<double> Xs(const CNuPointArray& points) {
+    std::vector<double> x;
+    for (int i = 0; i < points.GetSize(); ++i)
+        x.push_back(points[i].x());
+    return x;
+}
+
 inline CNuVector RandomDirection(Random& rng) {
     for (;;) {
         CNuVector v(rng.Uniform(-1.0, 1.0), rng.Uniform(-1.0, 1.0), rng.Uniform(-1.0, 1.0));
