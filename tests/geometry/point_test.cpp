@@ -17,19 +17,25 @@ using test::PointsNear;
 using G = CNuGeometry;
 using Op = CNuOperationException;
 
-TEST(Point, ComparesByAStrictBoxAndRefusesHugeFactorsAndTinyDivisors) {
+TEST(Point, ComparesByAStrictBoxAndRefusesHugeFactorsTinyDivisorsAndVanishingMidPlanes) {
     CNuPoint p(1.0, 2.0, 3.0);
     EXPECT_EQ(p.IsEqual(p, 0.0), eNuFalse);
     // The corner of the box: 0.9 off in every coordinate is inside a box of 1, though 1.56 away.
     EXPECT_EQ(p.IsEqual(CNuPoint(1.9, 2.9, 3.9), 1.0), eNuTrue);
     EXPECT_EQ(p.IsEqual(CNuPoint(2.0, 2.0, 3.0), 1.0), eNuFalse);
     EXPECT_EQ(CNuPoint(0.5, 0.0, 0.0).IsZero(0.5), eNuFalse);
-    test::ExpectFailures<Op>({{[&] { p / 1e-301; }, 106, "operator/", "CNuPoint"},
-                              {[&] { p *= -1e301; }, 107, "operator*=", "CNuPoint"}});
+    CNuLine xAxis(CNuPoint(), CNuVector(1.0, 0.0, 0.0));
+    test::ExpectFailures<Op>({
+        {[&] { p / 1e-301; }, 106, "operator/", "CNuPoint"},
+        {[&] { p *= -1e301; }, 107, "operator*=", "CNuPoint"},
+        {[&] { p.MidPlane(p); }, 119, "calculation", "CNuPoint::MidPlane(CNuPoint)"},
+        {[&] { CNuPoint(7, 0, 0).MidPlane(xAxis); }, 121, "calculation",
+         "CNuPoint::MidPlane(CNuLine)"},
+    });
     EXPECT_TRUE(PointsNear(p, CNuPoint(1.0, 2.0, 3.0), test::kExact)) << "left unchanged";
 }
 
-TEST(Point, MeasuresAndRotatesByClosedFormsAndFrameChangesAreUndoneByTheirInverses) {
+TEST(Point, MeasuresBisectsAndRotatesByClosedFormsAndFrameChangesAreUndone) {
     test::Random rng;
     for (int k = 0; k < 100; ++k) {
         CNuPoint p = test::RandomPoint(rng);
@@ -42,6 +48,13 @@ TEST(Point, MeasuresAndRotatesByClosedFormsAndFrameChangesAreUndoneByTheirInvers
         CNuPlane plane(q, d);
         EXPECT_NEAR(p.DistanceTo(plane), std::fabs(pq % d) / d.Magnitude(), kGeometry);
         EXPECT_NEAR(p.ProjectionOn(plane).DistanceTo(plane), 0.0, kGeometry);
+        // Mid planes bisect: to a point, and to the foot on a line.
+        CNuPlane mid = p.MidPlane(q);
+        EXPECT_NEAR(p.DistanceTo(mid), 0.5 * p.DistanceTo(q), kGeometry);
+        EXPECT_NEAR(q.DistanceTo(mid), 0.5 * p.DistanceTo(q), kGeometry);
+        EXPECT_NEAR(p.DistanceTo(p.MidPlane(line)), 0.5 * p.DistanceTo(line), kGeometry);
+        EXPECT_NEAR(line.GetPoint().DistanceTo(p.MidPlane(line)), 0.5 * p.DistanceTo(line),
+                    kGeometry);
         double dAngle = rng.Uniform(-170.0, 170.0);
         CNuPoint b(p);
         b.Rotate(dAngle, d, q);
@@ -67,21 +80,6 @@ TEST(Point, MeasuresAndRotatesByClosedFormsAndFrameChangesAreUndoneByTheirInvers
     q = CNuPoint(2.0, 2.0, 3.0);
     q.MoveTo(element);
     EXPECT_TRUE(PointsNear(q, CNuPoint(0.0, 1.0, 0.0), test::kExact));
-}
-
-TEST(Point, MidPlanesBisectAndRefuseVanishingOffsets) {
-    CNuPoint a(1.0, 2.0, 3.0);
-    CNuPlane mid = a.MidPlane(CNuPoint(3.0, 2.0, -1.0));
-    EXPECT_TRUE(PointsNear(mid.GetPoint(), CNuPoint(2.0, 2.0, 1.0), test::kExact));
-    EXPECT_NEAR(a.DistanceTo(mid), std::sqrt(5.0), kGeometry);
-    CNuLine line(CNuPoint(0.0, 0.0, 0.0), CNuVector(1.0, 0.0, 0.0));
-    CNuPlane toLine = CNuPoint(5.0, 4.0, 0.0).MidPlane(line);
-    EXPECT_TRUE(PointsNear(toLine.GetPoint(), CNuPoint(5.0, 2.0, 0.0), test::kExact));
-    EXPECT_EQ(toLine.GetNormal()[1], 1.0);
-    test::ExpectFailures<Op>(
-        {{[&] { a.MidPlane(a); }, 119, "calculation", "CNuPoint::MidPlane(CNuPoint)"},
-         {[&] { CNuPoint(7, 0, 0).MidPlane(line); }, 121, "calculation",
-          "CNuPoint::MidPlane(CNuLine)"}});
 }
 
 TEST(Point, TellsItsSideAndIsOnAPlaneUpToTheLengthToleranceAndOffItJustBeyond) {
