@@ -75,6 +75,16 @@ inline ::testing::AssertionResult PointsNear(const CNuPoint& a, const CNuPoint& 
            << "points " << Text(a) << " and " << Text(b) << " are " << dGap << " apart";
 }
 
+// Two found points are the two expected ones, in either order; a failure prints all four.
+inline ::testing::AssertionResult PairNear(const CNuPoint& a, const CNuPoint& b, const CNuPoint& p,
+                                           const CNuPoint& q, double dTol) {
+    if ((Gap(a, p) <= dTol && Gap(b, q) <= dTol) || (Gap(a, q) <= dTol && Gap(b, p) <= dTol)) {
+        return ::testing::AssertionSuccess();
+    }
+    return ::testing::AssertionFailure()
+           << "found " << Text(a) << ", " << Text(b) << "; expected " << Text(p) << ", " << Text(q);
+}
+
 // A right-handed orthonormal frame built here from a random normal, independent of the library's
 // own completion of an axis.
 struct Frame {
@@ -106,6 +116,16 @@ inline Frame RandomFrame(Random& rng) {
     f.x.Normalise();
     f.y = f.z * f.x;
     return f;
+}
+
+// The world frame carried by a rotation about the origin (degrees, about an axis through the
+// origin) followed by a translation: the frame of an element built at the origin and then moved.
+inline Frame MovedFrame(double dAngle, const CNuVector& axis, const CNuPoint& shift) {
+    auto carry = [&](CNuPoint p) {
+        p.Rotate(dAngle, axis);
+        return p.To3DVector();
+    };
+    return {shift, carry(CNuPoint(1, 0, 0)), carry(CNuPoint(0, 1, 0)), carry(CNuPoint(0, 0, 1))};
 }
 
 }  // namespace test
