@@ -5,6 +5,7 @@
 #define NUMORIX_TESTS_SUPPORT_GEOMETRY_SUPPORT_H
 
 #include <cmath>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -126,6 +127,17 @@ inline Frame MovedFrame(double dAngle, const CNuVector& axis, const CNuPoint& sh
         return p.To3DVector();
     };
     return {shift, carry(CNuPoint(1, 0, 0)), carry(CNuPoint(0, 1, 0)), carry(CNuPoint(0, 0, 1))};
+}
+
+// Every point lies in the frame's XY plane on the curve whose implicit equation f(x, y) = 0 is
+// given in the frame's coordinates; a failure names the point and its local coordinates.
+inline void ExpectOnCurve(const CNuPointArray& points, const Frame& f,
+                          const std::function<double(double, double)>& implicit) {
+    for (int i = 0; i < points.GetSize(); ++i) {
+        CNuPoint l = f.Local(points[i]);
+        EXPECT_NEAR(l.z(), 0.0, kCurve) << "point " << i;
+        EXPECT_NEAR(implicit(l.x(), l.y()), 0.0, kCurve) << "point " << i << Text(l);
+    }
 }
 
 }  // namespace test
