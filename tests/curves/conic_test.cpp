@@ -117,8 +117,8 @@ TEST(Conic, ConvertsToPointsOnTheCurveAndMeetsSecantsOnEveryBranchAlsoWhenMoved)
 
     f = test::RandomFrame(rng);
     CNuParabola parabola(0.75, f.origin, f.z, f.x);
-    CNuPointArray upper = parabola.ToPointArray(9, 0.0, 1.0, 1);
-    test::ExpectOnCurve(upper, f, [](double x, double y) { return y * y - 3.0 * x; });
+    test::ExpectOnCurve(parabola.ToPointArray(9, 0.0, 1.0, 1), f,
+                        [](double x, double y) { return y * y - 3.0 * x; });
     EXPECT_NEAR(f.Local(parabola.ToPointArray(9, 0.0, 1.0, 0)[8]).y(), -std::sqrt(3.0), kCurve)
         << "nHalf 0 takes the lower half";
     CheckSecantsAndPiercings(
