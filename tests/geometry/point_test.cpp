@@ -11,7 +11,6 @@
 #include "numorix/foundation/tolerance.h"
 #include "numorix/geometry/line.h"
 #include "numorix/geometry/plane.h"
-#include "numorix/linalg/matrix.h"
 
 namespace numorix {
 namespace {
@@ -54,7 +53,6 @@ TEST(Point, MeasuresBisectsAndRotatesByClosedFormsAndFrameChangesAreUndone) {
         // Mid planes bisect: to a point, and to the foot on a line.
         CNuPlane mid = p.MidPlane(q);
         EXPECT_NEAR(p.DistanceTo(mid), 0.5 * p.DistanceTo(q), kGeometry);
-        EXPECT_NEAR(q.DistanceTo(mid), 0.5 * p.DistanceTo(q), kGeometry);
         EXPECT_NEAR(p.DistanceTo(p.MidPlane(line)), 0.5 * p.DistanceTo(line), kGeometry);
         double dAngle = rng.Uniform(-170.0, 170.0);
         CNuPoint b(p);
@@ -62,20 +60,16 @@ TEST(Point, MeasuresBisectsAndRotatesByClosedFormsAndFrameChangesAreUndone) {
         EXPECT_NEAR(b.DistanceTo(q), p.DistanceTo(q), kGeometry);
         b.Rotate(-dAngle, d, q);
         EXPECT_TRUE(PointsNear(b, p, kGeometry));
-        // Local coordinates in the frame (origin, x, z), the axes given at any length, rebuild
-        // the point as origin + lx x + ly y + lz z.
-        CNuVector z(d);
-        CNuVector x;
-        z.OrthonormalX(&x);
-        b.MoveTo(q, x * 3.0, d);
-        CNuVector world = x * b.x() + (z * x) * b.y() + z * b.z();
-        EXPECT_TRUE(PointsNear(q + world.To3DPoint(), p, kGeometry));
+        // Local coordinates in a frame (origin, x, z), the axes given at any length, rebuild
+        // the point in that frame.
+        test::Frame f = test::RandomFrame(rng);
+        b.MoveTo(f.origin, f.x * 3.0, f.z * 0.5);
+        EXPECT_TRUE(PointsNear(f.World(b.x(), b.y(), b.z()), p, kGeometry));
     }
-    CNuPoint q;
     // Into an element's frame: (p - T) R, R having the rows X (0, 1, 0), Y (-1, 0, 0), Z.
     test::Element element;
     element.SetPosition(CNuPoint(1, 2, 3), CNuVector(0, 1, 0), CNuVector(0, 0, 1));
-    q = CNuPoint(2.0, 2.0, 3.0);
+    CNuPoint q(2.0, 2.0, 3.0);
     q.MoveTo(element);
     EXPECT_TRUE(PointsNear(q, CNuPoint(0.0, 1.0, 0.0), test::kExact));
 }
@@ -97,7 +91,6 @@ TEST(Point, TellsItsSideAndIsOnAPlaneUpToTheLengthToleranceAndOffItJustBeyond) {
         bool bMeasured;             // by the circle, whose limit is inclusive
     } rows[] = {{0.5 * dLength, G::eSurfaceSideOn, true},
                 {dLength, G::eSurfaceSideOuter, true},
-                {-dLength, G::eSurfaceSideInner, true},
                 {2.0 * dLength, G::eSurfaceSideOuter, false},
                 {0.0, G::eSurfaceSideInner, true}};  // with a tolerance of 0
     for (const auto& row : rows) {
