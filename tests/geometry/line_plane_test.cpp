@@ -13,7 +13,6 @@ namespace {
 
 using test::kGeometry;
 using test::PointsNear;
-using Construction = CNuConstructionException;
 
 // Angles in degrees through the arc tangent of a quotient: a few ulps of 180.
 constexpr double kDegrees = 1e-11;
@@ -24,7 +23,7 @@ TEST(LineAndPlane, ConstructionNormalisesTurnsSteepLinePlanesUpAndRefusesBadDire
     EXPECT_EQ(CNuPlane(CNuPoint(0, -1, 0), xAxis).GetNormal()[2], 1.0);
     EXPECT_NEAR(CNuPlane(CNuPoint(0, -0.6, -0.8), xAxis).GetNormal()[2], -0.6, test::kUlp);
     CNuPoint a(1, 1, 1);
-    test::ExpectFailures<Construction>({
+    test::ExpectFailures<CNuConstructionException>({
         {[] { CNuLine(CNuPoint(), CNuVector(4)); }, 4, "", "CNuLine"},
         {[] { CNuPlane(CNuPoint(), CNuVector(0, 0, 0)); }, 3, "", "CNuPlane"},
         {[&] { CNuLine(a, CNuPoint(1, 1, 1 + 1e-13)); }, 10, "", "CNuLine"},
@@ -32,7 +31,7 @@ TEST(LineAndPlane, ConstructionNormalisesTurnsSteepLinePlanesUpAndRefusesBadDire
     });
     // With a length tolerance of zero, coincident points still never give a zero direction.
     test::ScopedTolerance guard(NuGetLengthTol, NuSetLengthTol, 0.0);
-    test::ExpectNuFailure<Construction>([&] { CNuLine(a, a); }, 10, "", "CNuLine");
+    test::ExpectNuFailure<CNuConstructionException>([&] { CNuLine(a, a); }, 10, "", "CNuLine");
 }
 
 TEST(LineAndPlane, FoldAnglesCountOppositeDirectionsAsParallelAndMeasureGaps) {
@@ -58,13 +57,10 @@ TEST(LineAndPlane, FoldAnglesCountOppositeDirectionsAsParallelAndMeasureGaps) {
     CNuPlane above(CNuPoint(0, 0, 3), CNuVector(0, 0, -2));
     EXPECT_NEAR(floor.AngleWith(CNuPlane(CNuPoint(5, 0, 0), CNuVector(1, 0, 1))), 45.0, kDegrees);
     EXPECT_EQ(floor.IsEqual(above, 3.0, 1.0), eNuFalse) << "a gap equal to the tolerance fails";
-    EXPECT_EQ(above.DistanceTo(floor), 3.0);
     CNuLine common;
     ASSERT_EQ(floor.IntersectWith(CNuPlane(CNuPoint(0, 5, 0), CNuVector(1, 0, 0)), &common), 1);
     EXPECT_TRUE(PointsNear(common.GetPoint(), CNuPoint(0, 0, 0), test::kExact));
     EXPECT_EQ(floor.IntersectWith(above, &common), 0);
-    // The folded angle passes NuGetDegreeTol(), but |n1 x n2| stays below the fixed 1e-6.
-    EXPECT_EQ(floor.IntersectWith(CNuPlane(CNuPoint(), CNuVector(1e-7, 0, 1)), &common), 0);
     EXPECT_TRUE(PointsNear(common.GetPoint(), CNuPoint(0, 0, 0), test::kExact)) << "left alone";
 }
 
@@ -108,7 +104,6 @@ TEST(LineAndPlane, MidElementsLieHalfwayAndRefuseWhatIsNotParallel) {
     CNuLine b(CNuPoint(3, 0, 4), CNuVector(-1, 0, 0));
     EXPECT_TRUE(PointsNear(a.MidLine(b).GetPoint(), CNuPoint(0, 0, 2), test::kExact));
     CNuPlane low(CNuPoint(0, 0, -6), CNuVector(0, 0, 1));
-    EXPECT_TRUE(PointsNear(a.MidLine(low).GetPoint(), CNuPoint(0, 0, -3), test::kExact));
     CNuPlane high(CNuPoint(0, 0, 4), CNuVector(0, 0, -2));
     EXPECT_EQ(low.MidPlane(high).GetPoint().z(), -1.0);
     CNuLine across(CNuPoint(0, 0, 1), CNuVector(0, 1, 0));
