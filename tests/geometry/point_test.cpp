@@ -18,7 +18,6 @@ namespace {
 using test::kGeometry;
 using test::PointsNear;
 using G = CNuGeometry;
-using Op = CNuOperationException;
 
 TEST(Point, ComparesByAStrictBoxRefusesTinyDivisorsAndVanishingMidPlanesAndKeepsItsRecord) {
     CNuPoint p(1.0, 2.0, 3.0);
@@ -28,7 +27,7 @@ TEST(Point, ComparesByAStrictBoxRefusesTinyDivisorsAndVanishingMidPlanesAndKeeps
     EXPECT_EQ(p.IsEqual(CNuPoint(2.0, 2.0, 3.0), 1.0), eNuFalse);
     EXPECT_EQ(CNuPoint(0.5, 0.0, 0.0).IsZero(0.5), eNuFalse);
     CNuLine xAxis(CNuPoint(), CNuVector(1.0, 0.0, 0.0));
-    test::ExpectFailures<Op>({
+    test::ExpectFailures<CNuOperationException>({
         {[&] { p / 1e-301; }, 106, "operator/", "CNuPoint"},
         {[&] { p *= -1e301; }, 107, "operator*=", "CNuPoint"},
         {[&] { p.MidPlane(p); }, 119, "calculation", "CNuPoint::MidPlane(CNuPoint)"},
@@ -113,7 +112,7 @@ TEST(Point, TellsItsSideAndIsOnAPlaneUpToTheLengthToleranceAndOffItJustBeyond) {
             EXPECT_EQ(p.CurveSide(circle, dLength), G::eCurveSideOuter);
             continue;
         }
-        test::ExpectFailures<Op>({
+        test::ExpectFailures<CNuOperationException>({
             {[&] { p.DistanceTo(circle); }, 122, "calculation", "CNuPoint::DistanceTo()"},
             {[&] { p.CurveSide(circle, dLength); }, 122, "calculation", "CNuPoint::CurveSide()"},
         });

@@ -76,14 +76,17 @@ inline ::testing::AssertionResult PointsNear(const CNuPoint& a, const CNuPoint& 
            << "points " << Text(a) << " and " << Text(b) << " are " << dGap << " apart";
 }
 
-// Two found points are the two expected ones, in either order; a failure prints all four.
+// Two found points are the two expected ones, in either order; a failure prints all four and
+// their gaps.
 inline ::testing::AssertionResult PairNear(const CNuPoint& a, const CNuPoint& b, const CNuPoint& p,
                                            const CNuPoint& q, double dTol) {
     if ((Gap(a, p) <= dTol && Gap(b, q) <= dTol) || (Gap(a, q) <= dTol && Gap(b, p) <= dTol)) {
         return ::testing::AssertionSuccess();
     }
     return ::testing::AssertionFailure()
-           << "found " << Text(a) << ", " << Text(b) << "; expected " << Text(p) << ", " << Text(q);
+           << "found " << Text(a) << ", " << Text(b) << "; expected " << Text(p) << ", " << Text(q)
+           << "; gaps " << Gap(a, p) << ", " << Gap(b, q) << " or crossed " << Gap(a, q) << ", "
+           << Gap(b, p) << ", tolerance " << dTol;
 }
 
 // A right-handed orthonormal frame built here from a random normal, independent of the library's
