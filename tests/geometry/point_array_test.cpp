@@ -87,7 +87,7 @@ TEST(PointArray, MoveToIsRigidWhicheverAxesAreGivenAndProjectionFlattensTheSame)
 TEST(PointArray, ExtremeEdgesMatchABruteForceSearchFirstPairsWinningTiesAndBoundsEnclose) {
     int m = -1;
     int n = -1;
-    // A square: both diagonals are longest, all sides shortest; the first pair wins.
+    // A square: both diagonals are longest, and the first pair wins.
     CNuPointArray square = Points({{0, 0, 0}, {1, 0, 0}, {1, 1, 0}, {0, 1, 0}});
     square.MaxEdge(&m, &n);
     EXPECT_EQ(m * 10 + n, 2);
