@@ -1,182 +1,179 @@
-// Points and Cartesian frames: the box comparison, refusals, distances and projections against
-// closed forms, rotations and frame changes, sides, the dispatch on curves and surfaces, and the
-// binary record.
-#include <cstdio>
+// Points and the position model of curves and surfaces. Points: the box comparison, refusals,
+// distances, projections and mid planes against closed forms, rotations and frame changes, sides
+// at and around their tolerance, and the binary record. The position model: lazy creation, copies,
+// the two disagreeing Translate overloads, rotations, and the transformations and their inverses.
+#include <cmath>
 #include <fstream>
-#include <string>
 
+#include "dense_support.h"
 #include "geometry_test_support.h"
 #include "numorix/curves/circle.h"
 #include "numorix/foundation/tolerance.h"
-#include "numorix/geometry/cartesian_coord.h"
 #include "numorix/geometry/line.h"
 #include "numorix/geometry/plane.h"
-#include "numorix/linalg/matrix.h"
 
 namespace numorix {
 namespace {
 
-using test::ExpectNuFailure;
 using test::kGeometry;
 using test::PointsNear;
-using Op = CNuOperationException;
+using G = CNuGeometry;
 
-TEST(Point, ComparesByAStrictBoxAndRefusesHugeFactorsAndTinyDivisors) {
+TEST(Point, ComparesByAStrictBoxRefusesTinyDivisorsAndVanishingMidPlanesAndKeepsItsRecord) {
     CNuPoint p(1.0, 2.0, 3.0);
     EXPECT_EQ(p.IsEqual(p, 0.0), eNuFalse);
     // The corner of the box: 0.9 off in every coordinate is inside a box of 1, though 1.56 away.
     EXPECT_EQ(p.IsEqual(CNuPoint(1.9, 2.9, 3.9), 1.0), eNuTrue);
     EXPECT_EQ(p.IsEqual(CNuPoint(2.0, 2.0, 3.0), 1.0), eNuFalse);
     EXPECT_EQ(CNuPoint(0.5, 0.0, 0.0).IsZero(0.5), eNuFalse);
-    test::ExpectFailures<Op>({{[&] { p / 0.0; }, 106, "operator/", "CNuPoint"},
-                              {[&] { p /= 1e-301; }, 106, "operator/=", "CNuPoint"},
-                              {[&] { p * 1e301; }, 107, "operator*", "CNuPoint"},
-                              {[&] { p *= -1e301; }, 107, "operator*=", "CNuPoint"}});
+    CNuLine xAxis(CNuPoint(), CNuVector(1.0, 0.0, 0.0));
+    test::ExpectFailures<CNuOperationException>({
+        {[&] { p / 1e-301; }, 106, "operator/", "CNuPoint"},
+        {[&] { p *= -1e301; }, 107, "operator*=", "CNuPoint"},
+        {[&] { p.MidPlane(p); }, 119, "calculation", "CNuPoint::MidPlane(CNuPoint)"},
+        {[&] { CNuPoint(7, 0, 0).MidPlane(xAxis); }, 121, "calculation",
+         "CNuPoint::MidPlane(CNuLine)"},
+    });
     EXPECT_TRUE(PointsNear(p, CNuPoint(1.0, 2.0, 3.0), test::kExact)) << "left unchanged";
+    // The record: a tag and three doubles; a wrong tag reads nothing.
+    test::TempPath path("point_record.bin");
+    {
+        std::ofstream out(path.Name(), std::ios::binary | std::ios::trunc);
+        ASSERT_TRUE(CNuPoint(1.5, -2.25, 1e-300).BinaryDump(out));
+        out.write("l", 1);
+    }
+    EXPECT_EQ(path.Bytes().size(), 26u) << "25 bytes and a stray tag";
+    std::ifstream in(path.Name(), std::ios::binary);
+    ASSERT_TRUE(p.BinaryRead(in));
+    EXPECT_TRUE(PointsNear(p, CNuPoint(1.5, -2.25, 1e-300), test::kExact));
+    EXPECT_FALSE(p.BinaryRead(in)) << "the stray tag is no point's";
 }
 
-TEST(Point, DistancesAndProjectionsMatchClosedForms) {
+TEST(Point, MeasuresBisectsAndRotatesByClosedFormsAndFrameChangesAreUndone) {
     test::Random rng;
-    for (int k = 0; k < 200; ++k) {
+    for (int k = 0; k < 100; ++k) {
         CNuPoint p = test::RandomPoint(rng);
         CNuPoint q = test::RandomPoint(rng);
         CNuVector d = test::RandomDirection(rng);
         CNuVector pq = (p - q).To3DVector();
         CNuLine line(q, d);
         EXPECT_NEAR(p.DistanceTo(line), (pq * d).Magnitude() / d.Magnitude(), kGeometry);
-        CNuPoint f = p.ProjectionOn(line);
-        EXPECT_NEAR((p - f).To3DVector() % line.GetDirection(), 0.0, kGeometry);
         CNuPlane plane(q, d);
-        double dPlane = std::fabs(pq % d) / d.Magnitude();
-        EXPECT_NEAR(p.DistanceTo(plane), dPlane, kGeometry);
-        CNuPoint g = p.ProjectionOn(plane);
-        EXPECT_NEAR(g.DistanceTo(plane), 0.0, kGeometry);
-        EXPECT_NEAR(p.DistanceTo(g), dPlane, kGeometry);
-        EXPECT_TRUE(PointsNear(p.MidPoint(line), p.MidPoint(f), test::kExact));
-    }
-    EXPECT_EQ(CNuPoint(1.0, 1.0, 1.0).DistanceTo(CNuPoint(1.0, 1.0, 1.0 + 1e-301)), 0.0)
-        << "a distance below NuGetZero() is 0";
-}
-
-TEST(Point, RotationsAndFrameChangesAreUndoneByTheirInverses) {
-    CNuPoint q(2.0, 1.0, 5.0);
-    q.Rotate(180.0, CNuGeometry::eZAxis, CNuPoint(1.0, 1.0, 0.0));
-    EXPECT_TRUE(PointsNear(q, CNuPoint(0.0, 1.0, 5.0), test::kExact));
-    test::Random rng;
-    for (int k = 0; k < 50; ++k) {
-        CNuPoint p = test::RandomPoint(rng);
-        CNuPoint centre = test::RandomPoint(rng);
-        CNuVector axis = test::RandomDirection(rng);
+        EXPECT_NEAR(p.DistanceTo(plane), std::fabs(pq % d) / d.Magnitude(), kGeometry);
+        // Mid planes bisect: to a point, and to the foot on a line.
+        CNuPlane mid = p.MidPlane(q);
+        EXPECT_NEAR(p.DistanceTo(mid), 0.5 * p.DistanceTo(q), kGeometry);
+        EXPECT_NEAR(p.DistanceTo(p.MidPlane(line)), 0.5 * p.DistanceTo(line), kGeometry);
         double dAngle = rng.Uniform(-170.0, 170.0);
         CNuPoint b(p);
-        b.Rotate(dAngle, axis, centre);
-        EXPECT_NEAR(b.DistanceTo(centre), p.DistanceTo(centre), kGeometry);
-        b.Rotate(-dAngle, axis, centre);
+        b.Rotate(dAngle, d, q);
+        EXPECT_NEAR(b.DistanceTo(q), p.DistanceTo(q), kGeometry);
+        b.Rotate(-dAngle, d, q);
         EXPECT_TRUE(PointsNear(b, p, kGeometry));
-
-        // Local coordinates in the frame (origin, x, z), the axes given at any length, rebuild
-        // the point as origin + lx x + ly y + lz z.
-        CNuVector z(axis);
-        CNuVector x;
-        z.OrthonormalX(&x);
-        CNuPoint local(p);
-        local.MoveTo(centre, x * 3.0, axis);
-        CNuVector world = x * local.x() + (z * x) * local.y() + z * local.z();
-        EXPECT_TRUE(PointsNear(centre + world.To3DPoint(), p, kGeometry));
+        // Local coordinates in a frame (origin, x, z), the axes given at any length, rebuild
+        // the point in that frame.
+        test::Frame f = test::RandomFrame(rng);
+        b.MoveTo(f.origin, f.x * 3.0, f.z * 0.5);
+        EXPECT_TRUE(PointsNear(f.World(b.x(), b.y(), b.z()), p, kGeometry));
     }
     // Into an element's frame: (p - T) R, R having the rows X (0, 1, 0), Y (-1, 0, 0), Z.
     test::Element element;
     element.SetPosition(CNuPoint(1, 2, 3), CNuVector(0, 1, 0), CNuVector(0, 0, 1));
-    CNuPoint p(2.0, 2.0, 3.0);
-    p.MoveTo(element);
-    EXPECT_TRUE(PointsNear(p, CNuPoint(0.0, 1.0, 0.0), test::kExact));
+    CNuPoint q(2.0, 2.0, 3.0);
+    q.MoveTo(element);
+    EXPECT_TRUE(PointsNear(q, CNuPoint(0.0, 1.0, 0.0), test::kExact));
 }
 
-TEST(Point, MidPlanesBisectAndRefuseVanishingOffsets) {
-    CNuPoint a(1.0, 2.0, 3.0);
-    CNuPlane mid = a.MidPlane(CNuPoint(3.0, 2.0, -1.0));
-    EXPECT_TRUE(PointsNear(mid.GetPoint(), CNuPoint(2.0, 2.0, 1.0), test::kExact));
-    EXPECT_NEAR(a.DistanceTo(mid), std::sqrt(5.0), kGeometry);
-    ExpectNuFailure<Op>([&] { a.MidPlane(a); }, 119, "calculation", "CNuPoint::MidPlane(CNuPoint)");
-    CNuLine line(CNuPoint(0.0, 0.0, 0.0), CNuVector(1.0, 0.0, 0.0));
-    CNuPlane toLine = CNuPoint(5.0, 4.0, 0.0).MidPlane(line);
-    EXPECT_TRUE(PointsNear(toLine.GetPoint(), CNuPoint(5.0, 2.0, 0.0), test::kExact));
-    EXPECT_EQ(toLine.GetNormal()[1], 1.0);
-    ExpectNuFailure<Op>([&] { CNuPoint(7.0, 0.0, 0.0).MidPlane(line); }, 121, "calculation",
-                        "CNuPoint::MidPlane(CNuLine)");
-}
-
-TEST(Point, TellsSidesOfLinesPlanesAndCirclesAndRefusesShapesItCannotMeasure) {
+TEST(Point, TellsItsSideAndIsOnAPlaneUpToTheLengthToleranceAndOffItJustBeyond) {
     CNuLine xAxis(CNuPoint(0.0, 0.0, 0.0), CNuVector(1.0, 0.0, 0.0));
-    EXPECT_EQ(CNuPoint(3, 1, 0).LineSide(xAxis, 1e-9), CNuGeometry::eLineSidePositive);
-    EXPECT_EQ(CNuPoint(3, -1, 0).LineSide(xAxis, 1e-9), CNuGeometry::eLineSideNegative);
-    EXPECT_EQ(CNuPoint(3, -1, 0).LineSide(xAxis, CNuVector(0, 0, -1), 1e-9),
-              CNuGeometry::eLineSidePositive);
-    EXPECT_EQ(CNuPoint(3, 1e-12, 0).LineSide(xAxis, CNuVector(0, 0, 0), 1e-9),
-              CNuGeometry::eLineSideOn)
-        << "on the line whatever the reference";
+    EXPECT_EQ(CNuPoint(3, 1, 0).LineSide(xAxis, 1e-9), G::eLineSidePositive);
+    EXPECT_EQ(CNuPoint(3, -1, 0).LineSide(xAxis, 1e-9), G::eLineSideNegative);
+    EXPECT_EQ(CNuPoint(3, -1, 0).LineSide(xAxis, CNuVector(0, 0, -1), 1e-9), G::eLineSidePositive);
+    CNuCircle circle(2.0);  // in the floor, about the origin
+    EXPECT_EQ(CNuPoint(1.5, 0.0, 0.0).CurveSide(circle, 1e-9), G::eCurveSideInner);
 
-    CNuPlane floor(CNuPoint(0.0, 0.0, 1.0), CNuVector(0.0, 0.0, 2.0));
-    EXPECT_EQ(CNuPoint(5, 5, 1).SurfaceSide(floor, 1e-9), CNuGeometry::eSurfaceSideOn);
-    EXPECT_EQ(CNuPoint(5, 5, 0).SurfaceSide(floor, 1e-9), CNuGeometry::eSurfaceSideInner);
-    EXPECT_EQ(CNuPoint(5, 5, 2).SurfaceSide(floor, 1e-9), CNuGeometry::eSurfaceSideOuter);
-    EXPECT_EQ(CNuPoint(5, 5, 1).SurfaceSide(floor, 0.0), CNuGeometry::eSurfaceSideInner)
-        << "an offset of 0 off the tolerance counts as inside";
-
-    CNuPoint p(1.0, 2.0, 3.0);
-    test::TaggedSurface torus(CNuObject::eTypeTorSurf);
-    test::TaggedCurve pcurve(CNuObject::eTypePCurve);
-    test::ExpectFailures<Op>({
-        {[&] { p.DistanceTo(torus); }, 145, "calculation", "CNuPoint::DistanceTo()"},
-        {[&] { p.DistanceTo(pcurve); }, 145, "calculation", "CNuPoint::DistanceTo()"},
-        {[&] { p.ProjectionOn(torus); }, 145, "calculation", "CNuPoint::ProjectionOn(CNuSurface)"},
-        {[&] { p.CurveSide(pcurve, 1e-9); }, 145, "calculation", "CNuPoint::CurveSide()"},
-        {[&] { p.SurfaceSide(xAxis, 1e-9); }, 145, "calculation", "CNuPoint::SurfaceSide()"},
-    });
-
-    // Circles are measured in their plane, and points off it refused.
-    CNuCircle circle(2.0, CNuPoint(1.0, 1.0, 1.0), CNuVector(0.0, 0.0, 1.0));
-    EXPECT_NEAR(CNuPoint(4.0, 1.0, 1.0).DistanceTo(circle), 1.0, kGeometry);
-    EXPECT_NEAR(CNuPoint(1.0, 1.0, 1.0).DistanceTo(circle), 2.0, kGeometry);
-    EXPECT_EQ(CNuPoint(3.0, 1.0, 1.0).CurveSide(circle, 1e-9), CNuGeometry::eCurveSideOn);
-    EXPECT_EQ(CNuPoint(1.5, 1.0, 1.0).CurveSide(circle, 1e-9), CNuGeometry::eCurveSideInner);
-    EXPECT_EQ(CNuPoint(9.0, 1.0, 1.0).CurveSide(circle, 1e-9), CNuGeometry::eCurveSideOuter);
-    CNuPoint off(1.0, 1.0, 2.0);
-    test::ExpectFailures<Op>({
-        {[&] { off.DistanceTo(circle); }, 122, "calculation", "CNuPoint::DistanceTo()"},
-        {[&] { off.CurveSide(circle, 1e-9); }, 122, "calculation", "CNuPoint::CurveSide()"},
-    });
-}
-
-TEST(Point, RecordHasTwentyFiveBytesAndAWrongTagReadsNothing) {
-    std::string sPath = ::testing::TempDir() + "numorix_point_record.bin";
-    {
-        std::ofstream out(sPath, std::ios::binary | std::ios::trunc);
-        ASSERT_TRUE(CNuPoint(1.5, -2.25, 1e-300).BinaryDump(out));
-        out.write("l", 1);
+    // The default length tolerance is 1e-12; the heights are the offsets from the floor exactly.
+    const double dLength = 1e-12;
+    CNuPlane floor(CNuPoint(), CNuVector(0.0, 0.0, 1.0));
+    struct {
+        double dHeight;
+        G::ESurfaceSideType eSide;  // on only strictly within the tolerance
+        bool bMeasured;             // by the circle, whose limit is inclusive
+    } rows[] = {{0.5 * dLength, G::eSurfaceSideOn, true},
+                {dLength, G::eSurfaceSideOuter, true},
+                {2.0 * dLength, G::eSurfaceSideOuter, false},
+                {0.0, G::eSurfaceSideInner, true}};  // with a tolerance of 0
+    for (const auto& row : rows) {
+        SCOPED_TRACE("height " + std::to_string(row.dHeight / dLength) + " length tolerances");
+        CNuPoint p(3.0, 0.0, row.dHeight);
+        EXPECT_EQ(p.SurfaceSide(floor, row.dHeight == 0.0 ? 0.0 : NuGetLengthTol()), row.eSide);
+        if (row.bMeasured) {
+            EXPECT_NEAR(p.DistanceTo(circle), 1.0, kGeometry);
+            EXPECT_EQ(p.CurveSide(circle, dLength), G::eCurveSideOuter);
+            continue;
+        }
+        test::ExpectFailures<CNuOperationException>({
+            {[&] { p.DistanceTo(circle); }, 122, "calculation", "CNuPoint::DistanceTo()"},
+            {[&] { p.CurveSide(circle, dLength); }, 122, "calculation", "CNuPoint::CurveSide()"},
+        });
     }
-    std::ifstream in(sPath, std::ios::binary | std::ios::ate);
-    EXPECT_EQ(static_cast<long>(in.tellg()), 26L) << "25 bytes and the stray tag";
-    in.seekg(0);
-    CNuPoint q;
-    ASSERT_TRUE(q.BinaryRead(in));
-    EXPECT_TRUE(PointsNear(q, CNuPoint(1.5, -2.25, 1e-300), test::kExact));
-    EXPECT_FALSE(q.BinaryRead(in));
-    EXPECT_FALSE(q.BinaryRead(in)) << "at the end of the file the tag stays '0'";
-    EXPECT_EQ(q.y(), -2.25);
-    std::remove(sPath.c_str());
 }
 
-TEST(CartesianCoord, StartsAsTheWorldFrameAndStoresAxesAsGiven) {
-    CNuCartesianCoord frame;
-    EXPECT_EQ(frame.GetLocalXaxis()[0], 1.0);
-    EXPECT_EQ(frame.GetLocalZaxis()[2], 1.0);
-    frame.SetData(CNuPoint(1, 2, 3), CNuVector(3, 0, 0), CNuVector(1, 1, 1));
-    EXPECT_EQ(frame.GetLocalXaxis()[0], 3.0) << "no normalising";
-    frame.SetLocalXaxis(CNuVector(5));
-    CNuCartesianCoord copy(frame);
-    EXPECT_EQ(copy.GetLocalXaxis().GetSize(), 5) << "an axis of another size replaces the axis";
-    EXPECT_EQ(copy.GetOrigin().z(), 3.0);
+using test::Element;
+
+CNuPoint OriginOf(const Element& e) {
+    CNuPoint origin;
+    e.GetPosition(&origin, nullptr, nullptr);
+    return origin;
+}
+
+TEST(PositionModel, IsCreatedByAMoveOnlyCopiedWithItsOwnerAndTheTwoTranslationsDisagree) {
+    Element e;
+    e.Rotate(0.0, CNuGeometry::eZAxis);
+    e.Rotate(1e-301, CNuVector(0.0, 0.0, 0.0));  // returns before the axis is tested
+    test::ExpectNuFailure<CNuOperationException>([&] { e.Rotate(10.0, CNuVector(2)); }, 110,
+                                                 "rotation", "CNuNonLinearGeometry");
+    EXPECT_FALSE(e.IsPositionSet()) << "neither a rotation by zero nor a refused one places it";
+    e.Translate(1.0, 2.0, 3.0);
+    e.Translate(1.0, 2.0, 3.0);
+    EXPECT_TRUE(PointsNear(OriginOf(e), CNuPoint(2.0, 4.0, 6.0), test::kExact)) << "relative";
+    Element copy(e);
+    CNuNonLinearGeometry& base = copy;  // reached through the virtual slots
+    base.Translate(CNuPoint(1.0, 2.0, 3.0));
+    base.Translate(CNuPoint(1.0, 2.0, 3.0));
+    EXPECT_TRUE(PointsNear(OriginOf(copy), CNuPoint(1.0, 2.0, 3.0), test::kExact)) << "absolute";
+    EXPECT_EQ(OriginOf(e).x(), 2.0) << "the copy owns its frame";
+    copy.CopyPosition(Element());
+    EXPECT_EQ(OriginOf(copy).x(), 1.0) << "an unplaced source copies nothing";
+}
+
+TEST(PositionModel, RotatesAboutItsCentreAndItsTransformationTimesItsInverseIsTheIdentity) {
+    Element turned;
+    turned.Translate(CNuPoint(1.0, 1.0, 0.0));
+    turned.Rotate(90.0, CNuVector(0.0, 0.0, 5.0), CNuPoint(1.0, 1.0, 0.0));
+    CNuVector x;
+    turned.GetPosition(nullptr, &x, nullptr);
+    EXPECT_TRUE(PointsNear(x.To3DPoint(), CNuPoint(0.0, 1.0, 0.0), kGeometry));
+    EXPECT_TRUE(PointsNear(OriginOf(turned), CNuPoint(1.0, 1.0, 0.0), kGeometry)) << "centre stays";
+    turned.Rotate(90.0, G::eXAxis, CNuPoint(0.0, 0.0, 1.0));
+    EXPECT_TRUE(PointsNear(OriginOf(turned), CNuPoint(1.0, 1.0, 2.0), kGeometry));
+    test::Random rng;
+    for (int k = 0; k < 50; ++k) {
+        Element e;
+        e.Rotate(rng.Uniform(-180.0, 180.0), test::RandomDirection(rng));
+        e.Rotate(rng.Uniform(-180.0, 180.0), CNuGeometry::eXAxis);
+        e.Translate(rng.Uniform(-5.0, 5.0), rng.Uniform(-5.0, 5.0), rng.Uniform(-5.0, 5.0));
+        CNuMatrix t = e.GetTransformation();
+        CNuMatrix inverse = e.GetInverseTransformation();
+        double dError = test::MaxDifference(t * inverse, CNuMatrix::Identity(4));
+        EXPECT_LE(dError, kGeometry) << "T T^-1 - I reaches " << dError;
+        // A local point reaches the world as local R + T in one homogeneous product.
+        CNuPoint local = test::RandomPoint(rng);
+        CNuPoint world = (local.To4DVector() * t).To3DPoint();
+        CNuVector expected = local.To3DVector() * e.GetRotation() + e.GetTranslation();
+        EXPECT_TRUE(PointsNear(world, expected.To3DPoint(), kGeometry));
+        EXPECT_TRUE(PointsNear((world.To4DVector() * inverse).To3DPoint(), local, kGeometry));
+    }
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #define NUMORIX_TESTS_SUPPORT_GEOMETRY_SUPPORT_H
 
 #include <cmath>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -35,6 +36,21 @@ inline CNuPoint RandomPoint(Random& rng, double dRange = 5.0) {
                     rng.Uniform(-dRange, dRange));
 }
 
+inline CNuPointArray RandomPoints(Random& rng, int n) {
+    CNuPointArray points(n);
+    for (int i = 0; i < n; ++i)
+        points.Add(RandomPoint(rng));
+    return points;
+}
+
+// The x coordinates of the points in use, to compare whole arrays at once.
+inline std::vector<double> Xs(const CNuPointArray& points) {
+    std::vector<double> x;
+    for (int i = 0; i < points.GetSize(); ++i)
+        x.push_back(points[i].x());
+    return x;
+}
+
 inline CNuVector RandomDirection(Random& rng) {
     for (;;) {
         CNuVector v(rng.Uniform(-1.0, 1.0), rng.Uniform(-1.0, 1.0), rng.Uniform(-1.0, 1.0));
@@ -58,6 +74,19 @@ inline ::testing::AssertionResult PointsNear(const CNuPoint& a, const CNuPoint& 
     if (dGap <= dTol) return ::testing::AssertionSuccess();
     return ::testing::AssertionFailure()
            << "points " << Text(a) << " and " << Text(b) << " are " << dGap << " apart";
+}
+
+// Two found points are the two expected ones, in either order; a failure prints all four and
+// their gaps.
+inline ::testing::AssertionResult PairNear(const CNuPoint& a, const CNuPoint& b, const CNuPoint& p,
+                                           const CNuPoint& q, double dTol) {
+    if ((Gap(a, p) <= dTol && Gap(b, q) <= dTol) || (Gap(a, q) <= dTol && Gap(b, p) <= dTol)) {
+        return ::testing::AssertionSuccess();
+    }
+    return ::testing::AssertionFailure()
+           << "found " << Text(a) << ", " << Text(b) << "; expected " << Text(p) << ", " << Text(q)
+           << "; gaps " << Gap(a, p) << ", " << Gap(b, q) << " or crossed " << Gap(a, q) << ", "
+           << Gap(b, p) << ", tolerance " << dTol;
 }
 
 // A right-handed orthonormal frame built here from a random normal, independent of the library's
@@ -91,6 +120,27 @@ inline Frame RandomFrame(Random& rng) {
     f.x.Normalise();
     f.y = f.z * f.x;
     return f;
+}
+
+// The world frame carried by a rotation about the origin (degrees, about an axis through the
+// origin) followed by a translation: the frame of an element built at the origin and then moved.
+inline Frame MovedFrame(double dAngle, const CNuVector& axis, const CNuPoint& shift) {
+    auto carry = [&](CNuPoint p) {
+        p.Rotate(dAngle, axis);
+        return p.To3DVector();
+    };
+    return {shift, carry(CNuPoint(1, 0, 0)), carry(CNuPoint(0, 1, 0)), carry(CNuPoint(0, 0, 1))};
+}
+
+// Every point lies in the frame's XY plane on the curve whose implicit equation f(x, y) = 0 is
+// given in the frame's coordinates; a failure names the point and its local coordinates.
+inline void ExpectOnCurve(const CNuPointArray& points, const Frame& f,
+                          const std::function<double(double, double)>& implicit) {
+    for (int i = 0; i < points.GetSize(); ++i) {
+        CNuPoint l = f.Local(points[i]);
+        EXPECT_NEAR(l.z(), 0.0, kCurve) << "point " << i;
+        EXPECT_NEAR(implicit(l.x(), l.y()), 0.0, kCurve) << "point " << i << Text(l);
+    }
 }
 
 }  // namespace test
