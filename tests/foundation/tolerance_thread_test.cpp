@@ -42,24 +42,5 @@ TEST(ToleranceThreads, ManyFirstTouchesAtOnceKeepEachThreadsOwnValues) {
     EXPECT_EQ(nFailures.load(), 0);
 }
 
-TEST(ToleranceThreads, TwoThreadsRunWithDifferentTolerances) {
-    double dSeenA = 0.0;
-    double dSeenB = 0.0;
-    std::atomic<int> nSet{0};
-    auto body = [&](double dValue, double* pdSeen) {
-        NuSetDegreeTol(dValue);
-        nSet.fetch_add(1);
-        while (nSet.load() < 2)
-            std::this_thread::yield();
-        *pdSeen = NuGetDegreeTol();
-    };
-    std::thread a(body, 1e-3, &dSeenA);
-    std::thread b(body, 1e-6, &dSeenB);
-    a.join();
-    b.join();
-    EXPECT_EQ(dSeenA, 1e-3);
-    EXPECT_EQ(dSeenB, 1e-6);
-}
-
 }  // namespace
 }  // namespace numorix
