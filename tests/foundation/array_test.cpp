@@ -1,11 +1,10 @@
 // Growable arrays: one refusal per rule with its stored cause, name and location, growth by a
-// constant step, shrinking, copying, searches, predicates and sorts. The three classes share one
-// storage engine, so its rules are checked once; what a class does on its own is checked per class.
+// constant step, shrinking, copying, searches and sorts. The classes share one storage engine, so
+// its rules are checked once; what a class does on its own is checked per class.
+#include <climits>
 #include <vector>
 
 #include "nu_test.h"
-#include "numorix/foundation/double_array.h"
-#include "numorix/foundation/int_array.h"
 #include "numorix/foundation/obj_array.h"
 #include "numorix/foundation/tolerance.h"
 
@@ -16,15 +15,16 @@ using Op = CNuOperationException;
 using test::Doubles;
 using test::Elements;
 using test::Ints;
+using VD = std::vector<double>;
 
 TEST(ArrayRefusals, EachRuleStoresItsCauseNameLocationAndRange) {
     CNuDoubleArray d = Doubles({1, 2, 3, 4, 5}, 10), s = Doubles({1, 2}, 4), dEmpty;
     CNuIntArray n(3), nEmpty;
     CNuObjArray o;
+    const char* kSubArray = "CNuDoubleArray::SubArray(i, j)";
     test::ExpectFailures<CNuConstructionException>({
         {[] { CNuDoubleArray a(-1); }, 2, "size", "CNuDoubleArray"},
         {[] { CNuIntArray a(0, 0); }, 15, "nArrayExpandSize", "CNuIntArray"},
-        {[] { CNuObjArray a(-2, 5); }, 2, "Size", "CNuObjArray"},
     });
     test::ExpectFailures<Op>({
         {[&] { d.Append(d); }, 118, "Append operation", "CNuDoubleArray::Append()"},
@@ -35,27 +35,23 @@ TEST(ArrayRefusals, EachRuleStoresItsCauseNameLocationAndRange) {
          "CNuIntArray::SetExpandSize(int NewXSize)"},
         {[&] { d.Truncate(6); }, 114, "Truncate operation", "CNuDoubleArray::Truncate(int Size)", 0,
          4},
-        {[&] { d.Truncate(-1); }, 114, "Truncate operation", "CNuDoubleArray::Truncate(int Size)"},
-        {[&] { d[-1]; }, 103, "element operator[]", "CNuDoubleArray", 0, 4},
         {[&] { d[5]; }, 103, "element operator[]", "CNuDoubleArray", 0, 4},
-        {[&] { o[0]; }, 108, "element operator[]", "CNuObjArray"},
+        {[&] { dEmpty[0]; }, 108, "element operator[]", "CNuDoubleArray"},
         // The double array's First and Last name CNuIntArray: the texts stay as they are.
         {[&] { dEmpty.First(); }, 108, "First operator[]", "CNuIntArray::First()"},
         {[&] { dEmpty.Last(); }, 108, "Last operator[]", "CNuIntArray::Last()"},
         {[&] { d.Remove(5); }, 103, "Remove operation", "CNuDoubleArray::Remove()"},
         {[&] { nEmpty.Remove(0); }, 108, "Remove operation", "CNuIntArray::Remove()"},
-        {[&] { d.SubArray(-1, 2); }, 103, "SubArray operation", "CNuDoubleArray::SubArray(i, j)"},
-        {[&] { d.SubArray(0, 5); }, 103, "SubArray operation", "CNuDoubleArray::SubArray(i, j)"},
+        {[&] { d.SubArray(-1, 2); }, 103, "SubArray operation", kSubArray},
+        {[&] { d.SubArray(0, 5); }, 103, "SubArray operation", kSubArray},
         // The order test comes after the range test, which does not bound i from above.
-        {[&] { d.SubArray(9, 2); }, 115, "SubArray operation", "CNuDoubleArray::SubArray(i, j)"},
-        {[&] { d.SubArray(Ints({1, 0})); }, 105, "SubArray operation",
-         "CNuDoubleArray::SubArray(const CNuIntArray& ip)"},
+        {[&] { d.SubArray(9, 2); }, 115, "SubArray operation", kSubArray},
+        {[&] {
+             d.SubArray(Ints({1, 0}));
+         },
+         105, "SubArray operation", "CNuDoubleArray::SubArray(const CNuIntArray& ip)"},
         {[&] { dEmpty.Max(); }, 108, "Max operation", "CNuDoubleArray::Max()"},
         {[&] { dEmpty.Min(); }, 108, "Min operation", "CNuDoubleArray::Min()"},
-        {[&] { dEmpty.IsMonotonicIncreasing(); }, 108, "IsMonotonicIncreasing operation",
-         "CNuDoubleArray::IsMonotonicIncreasing()"},
-        {[&] { dEmpty.IsStrictlyIncreasing(); }, 108, "IsStrictlyIncreasing operation",
-         "CNuDoubleArray::IsStrictlyIncreasing()"},
     });
 }
 
@@ -69,14 +65,13 @@ TEST(ArrayCapacity, AddGrowsByTheConstantStepAndAppendToExactlyTheNeededSize) {
         if (i == 0 || i == 10 || i == 999) seen.push_back(a.GetCapacity());
     }
     EXPECT_EQ(seen, (std::vector<int>{10, 20, 1000})) << "never by doubling";
-    EXPECT_EQ(a[10], 10.0);
     EXPECT_EQ(b.GetCapacity(), 11);  // 2, 5, 8, 11
     b.SetExpandSize(1);
     b.Add(11);
     EXPECT_EQ(b.GetCapacity(), 12);
     CNuDoubleArray c = Doubles({1, 2, 3}, 3);
     c.Append(Doubles({4, 5}));
-    EXPECT_EQ(Elements(c), (std::vector<double>{1, 2, 3, 4, 5}));
+    EXPECT_EQ(Elements(c), (VD{1, 2, 3, 4, 5}));
     EXPECT_EQ(c.GetCapacity(), 5);
 }
 
@@ -84,7 +79,7 @@ TEST(ArrayCapacity, SetSizeGrowsTheCapacityAndTruncateAndFreeExtraShrinkItToTheS
     const struct {
         const char* pszWhat;
         void (*pfn)(CNuDoubleArray&);
-        std::vector<double> elements;
+        VD elements;
         int nCapacity;
     } cases[] = {
         {"SetSize(7)", [](CNuDoubleArray& a) { a.SetSize(7); }, {1, 2, 3}, 7},
@@ -94,6 +89,13 @@ TEST(ArrayCapacity, SetSizeGrowsTheCapacityAndTruncateAndFreeExtraShrinkItToTheS
         {"FreeExtra", [](CNuDoubleArray& a) { a.FreeExtra(); }, {1, 2, 3}, 3},
         {"Remove(1)", [](CNuDoubleArray& a) { a.Remove(1); }, {1, 3}, 6},
         {"Clear", [](CNuDoubleArray& a) { a.Clear(); }, {}, 6},
+        {"SubArray(1, 2)", [](CNuDoubleArray& a) { a = a.SubArray(1, 2); }, {2, 3}, 6},
+        {"mask",
+         [](CNuDoubleArray& a) {
+             a = a.SubArray(Ints({1, 0, 1}));
+         },
+         {1, 3},
+         6},
     };
     for (const auto& c : cases) {
         CNuDoubleArray a = Doubles({1, 2, 3}, 6);
@@ -101,57 +103,31 @@ TEST(ArrayCapacity, SetSizeGrowsTheCapacityAndTruncateAndFreeExtraShrinkItToTheS
         EXPECT_EQ(Elements(a), c.elements) << c.pszWhat;
         EXPECT_EQ(a.GetCapacity(), c.nCapacity) << c.pszWhat;
     }
-    CNuDoubleArray empty(4);
-    empty.FreeExtra();
-    EXPECT_EQ(empty.GetData(), nullptr) << "an empty array gives up its storage";
 }
 
-TEST(ArrayCapacity, TheAssertFlagMakesOnlyIntegerTruncationDoNothing) {
+TEST(ArrayCapacity, TheAssertFlagMakesIntegerTruncationDoNothing) {
+    test::ScopedTolerance flag([] { return double(CNuException::m_nAssert); },
+                               [](double v) { CNuException::m_nAssert = int(v); }, 0.0);
     CNuIntArray n = Ints({0, 1, 2, 3, 4});
-    CNuDoubleArray d = Doubles({1, 2, 3}, 3);
-    {
-        test::ScopedTolerance flag([] { return double(CNuException::m_nAssert); },
-                                   [](double v) { CNuException::m_nAssert = int(v); }, 1.0);
-        n.Truncate(2);
-        n.Truncate(-7);  // not even validated
-        EXPECT_EQ(n.GetSize(), 5);
-        d.Truncate(1);  // other arrays ignore the flag
-        EXPECT_EQ(d.GetSize(), 1);
-        EXPECT_NU_THROW(d.Truncate(5), Op, 114);
-    }
+    n.Truncate(4);
+    EXPECT_EQ(CNuException::IsAssertEnabled(), 0);
+    CNuException::SetAssert();
+    n.Truncate(-7);  // not even validated
     n.Truncate(2);
-    EXPECT_EQ(Elements(n), (std::vector<int>{0, 1}));
+    EXPECT_EQ(CNuException::IsAssertEnabled(), 1);
+    EXPECT_EQ(Elements(n), (std::vector<int>{0, 1, 2, 3}));
 }
 
 TEST(ArrayCopy, AssignmentKeepsALargerBufferAndCopiesTakeTheSourceCapacity) {
-    CNuDoubleArray big = Doubles({9, 9, 9, 9, 9, 9}, 10);
-    CNuDoubleArray small = Doubles({1, 2}, 4);
+    CNuDoubleArray big = Doubles({9, 9, 9, 9, 9, 9}, 10), small = Doubles({1, 2}, 4);
     small.SetExpandSize(3);
     big = small;
-    EXPECT_EQ(Elements(big), (std::vector<double>{1, 2}));
+    EXPECT_EQ(Elements(big), (VD{1, 2}));
     EXPECT_EQ(big.GetCapacity(), 10);
     EXPECT_EQ(big.GetExpandSize(), 3);
     CNuDoubleArray tiny = Doubles({5}, 1);
     tiny = Doubles({1, 2, 3}, 6);
     EXPECT_EQ(tiny.GetCapacity(), 6);
-    EXPECT_EQ(CNuDoubleArray(small).GetCapacity(), 4);
-    big = CNuDoubleArray();  // a source without storage empties the target, which keeps its own
-    EXPECT_EQ(big.GetSize(), 0);
-    EXPECT_EQ(big.GetCapacity(), 10);
-}
-
-TEST(ArraySubArray, TakesAnInclusiveRangeOrAMaskWithItsOwnCapacityAndStep) {
-    CNuDoubleArray a(0, 4);
-    for (int i = 0; i < 6; ++i)
-        a.Add(i * 1.5);
-    CNuDoubleArray s = a.SubArray(1, 3);
-    EXPECT_EQ(Elements(s), (std::vector<double>{1.5, 3.0, 4.5}));
-    EXPECT_EQ(s.GetCapacity(), 3);
-    EXPECT_EQ(s.GetExpandSize(), 4);
-    EXPECT_EQ(Elements(Ints({3, 4}).SubArray(1, 1)), std::vector<int>{4});
-    CNuDoubleArray m = Doubles({10, 20, 30, 40}).SubArray(Ints({1, 0, 1, 1}));
-    EXPECT_EQ(Elements(m), (std::vector<double>{10, 30, 40}));
-    EXPECT_EQ(m.GetCapacity(), 3);
 }
 
 TEST(ArraySearch, FindMaxMinAndPredicatesUseStrictTests) {
@@ -159,63 +135,29 @@ TEST(ArraySearch, FindMaxMinAndPredicatesUseStrictTests) {
     EXPECT_EQ(a.Find(2.04, 0.02), 2);
     EXPECT_EQ(a.Find(2.04, 0.05), 1);
     EXPECT_EQ(a.Find(1.5, 0.5), -1);  // distances equal to the tolerance do not count
-    EXPECT_EQ(Ints({5, 7, 7}).Find(7), 1);
-    EXPECT_EQ(Ints({5, 7, 7}).Find(6), -1);
     EXPECT_EQ(Doubles({3.0, -8.0, 5.0}).Max(), 5.0);
     EXPECT_EQ(Doubles({3.0, -8.0, 5.0}).Min(), -8.0);
-    {
-        test::ScopedTolerance large(NuGetLarge, NuSetLarge, 2.0);  // the searches start at it
-        EXPECT_EQ(Doubles({-7.0, -9.0}).Max(), -2.0);
-        EXPECT_EQ(Doubles({7.0}).Min(), 2.0);
-    }
+    test::ScopedTolerance large(NuGetLarge, NuSetLarge, 2.0);  // the searches start at it
+    EXPECT_EQ(Doubles({-7.0, -9.0}).Max(), -2.0);
+    EXPECT_EQ(Doubles({7.0}).Min(), 2.0);
     CNuDoubleArray b = Doubles({1.0, 2.25}, 7);
     EXPECT_EQ(Doubles({1.0, 2.0}).IsEqual(b, 0.25), eNuFalse);
     EXPECT_EQ(Doubles({1.0, 2.0}).IsEqual(b, 0.3), eNuTrue);
     EXPECT_EQ(Doubles({1.0}).IsEqual(b, 10.0), eNuFalse);
-    EXPECT_EQ(Ints({1}).IsEqual(Ints({2})), eNuFalse);
     EXPECT_EQ(Doubles({1, 1, 2}).IsMonotonicIncreasing(), eNuTrue);
     EXPECT_EQ(Doubles({1, 1, 2}).IsStrictlyIncreasing(), eNuFalse);
     EXPECT_EQ(Doubles({1, 3, 2}).IsMonotonicIncreasing(), eNuFalse);
     EXPECT_EQ(Doubles({1, 3, 4}).IsStrictlyIncreasing(), eNuTrue);
 }
 
-TEST(ArraySort, SortsInPlaceAndBuildsStableIndexPermutations) {
-    CNuDoubleArray a = Doubles({3.0, 1.0, 2.0, 1.0});
-    CNuIntArray index;
-    a.Sort(&index);
-    EXPECT_EQ(Elements(index), (std::vector<int>{1, 3, 2, 0}));
-    EXPECT_EQ(a[0], 3.0) << "the index form leaves the array";
-    a.Sort();
-    EXPECT_EQ(Elements(a), (std::vector<double>{1, 1, 2, 3}));
-    CNuIntArray n = Ints({5, -2, 5, 0});
+TEST(ArraySort, IntegerSortsAreStableAndSumsWrapAround) {
+    CNuIntArray n = Ints({5, -2, 5, 0}), index;
     n.Sort(&index);
     EXPECT_EQ(Elements(index), (std::vector<int>{1, 3, 0, 2}));
     n.Sort();
     EXPECT_EQ(Elements(n), (std::vector<int>{-2, 0, 5, 5}));
-    EXPECT_EQ(n.Sum(), 8);
+    EXPECT_EQ(Ints({INT_MAX, 2, -2, 1}).Sum(), INT_MIN) << "two's complement";
     EXPECT_EQ(Doubles({0.5, 0.25}).Sum(), 0.75);
-}
-
-struct Tracked : CNuAlgebra {
-    explicit Tracked(int* pnAlive) : m_pnAlive(pnAlive) { ++*m_pnAlive; }
-    ~Tracked() override { --*m_pnAlive; }
-    int* m_pnAlive;
-};
-
-TEST(ObjArray, BorrowsItsObjectsAndReleasesOnlyThePointerBlock) {
-    int nAlive = 0;
-    Tracked first(&nAlive), second(&nAlive);
-    {
-        CNuObjArray a(1);
-        a.Add(&first);
-        a.Add(&second);
-        CNuObjArray b(a);
-        EXPECT_EQ(b[0], &first);
-        EXPECT_EQ(b.Last(), &second);
-        b.Clear();
-        EXPECT_EQ(b.GetSize(), 0);
-    }
-    EXPECT_EQ(nAlive, 2);
 }
 
 }  // namespace

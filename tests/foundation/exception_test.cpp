@@ -1,12 +1,13 @@
 // The exception family: cause offsets, the composed messages (rows with placeholders, one
 // fixed row per class, the header of each code range), the copy rules of GetErrorMessage and the
-// widths of the stored strings.
+// widths of the stored strings; and the fixed numbers of the object model's tags.
 #include <climits>
 #include <string>
-#include <utility>
+#include <vector>
 
 #include "nu_test.h"
 #include "numorix/foundation/exception.h"
+#include "numorix/geometry/geometry.h"
 
 namespace numorix {
 namespace {
@@ -21,7 +22,8 @@ const std::string kMemory = "Numorix exception: memory allocation failed in ";
 // Representatives: construction (code, "CNuVector", "size", 7, 9); operation (code - 100,
 // "operation", "CNuMatrix", 2, 5, 1.5, -2.25); fit (code - 200, "CNuCircle", 3).
 std::string Composed(int nStored) {
-    if (nStored < 100) return MessageOf(CNuConstructionException(nStored, "CNuVector", "size", 7, 9));
+    if (nStored < 100)
+        return MessageOf(CNuConstructionException(nStored, "CNuVector", "size", 7, 9));
     if (nStored < 200) {
         return MessageOf(
             CNuOperationException(nStored - 100, "operation", "CNuMatrix", 2, 5, 1.5, -2.25));
@@ -36,7 +38,7 @@ TEST(ExceptionMessages, RowsFillTheirPlaceholdersAfterTheHeaderOfTheirClass) {
     } rows[] = {
         {1, kConstruction + "size should be greater than 7\n"},
         {4, kConstruction + "size of vector should be 3\n"},
-        {13, kConstruction + "bad knots type specified\n"},
+        {12, kConstruction + "bad data specified\n"},
         {14, kConstruction + "size expected to be 7 or 9\n"},
         {103, kOperation + "index not in valid range [2, 5]\n"},
         {104, kOperation + "sum of indices should not be greater than 2\n"},
@@ -60,61 +62,40 @@ TEST(ExceptionMessages, RowsFillTheirPlaceholdersAfterTheHeaderOfTheirClass) {
 }
 
 TEST(ExceptionMessages, CodesWithoutTextComposeToTheHeaderOfTheirRangeOnly) {
-    const struct {
-        std::string sSeen, sExpected;
-    } cases[] = {
-        {Composed(15), kConstruction},
-        {Composed(99), kConstruction},
-        {Composed(147), kOperation},
-        {Composed(199), kOperation},
-        {Composed(212), kFit},
-        {Composed(299), kFit},
-        {MessageOf(CNuMemoryException("CNuMatrix::Init()")), kMemory + "CNuMatrix::Init()\n    "},
-        // Negative stored codes take the construction header: -4 as given, -150 stored as -50.
-        {MessageOf(CNuConstructionException(-4, "CNuVector", "size")), kConstruction},
-        {MessageOf(CNuOperationException(-150, "operation", "CNuMatrix")),
-         "Numorix exception: construction failed for CNuMatrix\n    "},
-        // 300 and 399 take the memory header; from 400 on there is no header at all.
-        {MessageOf(CNuBestfitException(100, "CNuCircle")), kMemory + "CNuCircle\n    "},
-        {MessageOf(CNuBestfitException(199, "CNuCircle")), kMemory + "CNuCircle\n    "},
-        {MessageOf(CNuConstructionException(400, "CNuVector")), "    "},
-    };
-    for (const auto& c : cases)
-        EXPECT_EQ(c.sSeen, c.sExpected);
+    for (int n : {-4, 15, 99})
+        EXPECT_EQ(Composed(n), kConstruction) << n;
+    for (int n : {147, 199})
+        EXPECT_EQ(Composed(n), kOperation) << n;
+    for (int n : {212, 299})
+        EXPECT_EQ(Composed(n), kFit) << n;
+    EXPECT_EQ(MessageOf(CNuMemoryException("CNuMatrix::Init()")),
+              kMemory + "CNuMatrix::Init()\n    ");
+    // -150 is stored as -50: construction. 300 and 399 take the memory header; 400 none at all.
+    EXPECT_EQ(MessageOf(CNuOperationException(-150, "operation", "CNuVector")), kConstruction);
+    EXPECT_EQ(MessageOf(CNuBestfitException(100, "CNuCircle")), kMemory + "CNuCircle\n    ");
+    EXPECT_EQ(MessageOf(CNuBestfitException(199, "CNuCircle")), kMemory + "CNuCircle\n    ");
+    EXPECT_EQ(MessageOf(CNuConstructionException(400, "CNuVector")), "    ");
 }
 
 TEST(ExceptionCauses, EachClassStoresItsOffsetAndReportsTheCauseWithoutIt) {
-    const CNuOperationException o(3, nullptr, nullptr, 0, 0, 2.5);  // null strings are skipped
-    const CNuBestfitException b(12, "CNuCircle", 4);
-    const CNuOperationException none;
-    const struct {
-        const CNuException& e;
-        int nStored, nCause;
-    } cases[] = {
-        {CNuConstructionException(5, "CNuCircle", "radius"), 5, 5},
-        {o, 103, 3},
-        {b, 212, 12},
-        {CNuMemoryException("CNuMatrix::Init()"), 301, 301},
-        {none, 0, 0},
-        {CNuBestfitException(), 0, 0},
-        {CNuConstructionException(), 0, 0},
-    };
-    for (const auto& c : cases) {
-        EXPECT_EQ(c.e.m_nCause, c.nStored);
-        EXPECT_EQ(c.e.GetCause(), c.nCause) << "stored " << c.nStored;
-    }
+    const CNuException& c = CNuConstructionException(5, "CNuCircle", "radius");
+    const CNuOperationException o(3, nullptr, nullptr, 0, 0, 2.5), noOperation;  // null strings
+    const CNuBestfitException b(12, "CNuCircle", 4), noFit;
+    const CNuException& m = CNuMemoryException("CNuMatrix::Init()");
+    std::vector<int> seen;
+    const CNuException* all[] = {&c, &o, &b, &m, &noOperation, &noFit};
+    for (const CNuException* e : all)
+        seen.insert(seen.end(), {e->m_nCause, e->GetCause()});
+    EXPECT_EQ(seen, (std::vector<int>{5, 5, 103, 3, 212, 12, 301, 301, 0, 0, 0, 0}));
     EXPECT_EQ(o.GetValue(), 2.5);
-    EXPECT_STREQ(o.m_szName, "");
     EXPECT_EQ(b.GetSize(), 4);
-    EXPECT_EQ(MessageOf(none), "") << "a default-built exception has no message";
+    EXPECT_EQ(MessageOf(noFit) + o.m_szName, "") << "no failure, no message; a null name";
     const CNuOperationException source(40, "calculation", "CNuArc", 1, 2, 0.25, 0.75);
-    CNuOperationException copy(source), assigned;
-    assigned = source;
-    for (const CNuOperationException* p : {&copy, &assigned}) {
-        EXPECT_EQ(MessageOf(*p), "Numorix exception: calculation failed in CNuArc\n"
-                                 "    parametric value not in valid interval [0.250000, 0.750000]\n");
-        EXPECT_EQ(std::make_pair(p->m_nValue1, p->m_nValue2), std::make_pair(1, 2));
-    }
+    CNuOperationException assigned;
+    assigned = CNuOperationException(source);
+    EXPECT_EQ(MessageOf(assigned),
+              "Numorix exception: calculation failed in CNuArc\n"
+              "    parametric value not in valid interval [0.250000, 0.750000]\n");
 }
 
 TEST(ExceptionMessages, CopiesBoundedByTheLengthLessOneAndTerminatedOnlyWhenCutOrShort) {
@@ -152,19 +133,18 @@ TEST(ExceptionFields, OverlongNamesAndLocationsAreCutToTheFieldWidthsAndStillCom
     EXPECT_EQ(sMessage.substr(0, 19), "Numorix exception: ");
     EXPECT_EQ(sMessage.back(), '\n');
     EXPECT_GT(sMessage.size(), 700u);
-    CNuConstructionException two(7, sLocation.c_str(), sName.c_str());
-    EXPECT_EQ(MessageOf(two), kConstruction.substr(0, 43) + sLocation.substr(0, 49) + "\n    major " +
-                                  sName.substr(0, 99) + " not greater than minor " +
-                                  sName.substr(0, 99) + "\n");
 }
 
-TEST(ExceptionAssertFlag, IsOffUntilSetAndStaysOn) {
-    test::ScopedTolerance flag([] { return double(CNuException::m_nAssert); },
-                               [](double d) { CNuException::m_nAssert = int(d); }, 0.0);
-    EXPECT_EQ(CNuException::IsAssertEnabled(), 0);
-    CNuException::SetAssert();
-    CNuException::SetAssert();
-    EXPECT_EQ(CNuException::IsAssertEnabled(), 1);
+struct Tagged : CNuGeometry {
+    Tagged() { m_eObjectType = eTypePoint; }
+};
+
+TEST(ObjectModel, TagsAreCopiedWithTheObjectAndKeepTheirFixedNumbers) {
+    const Tagged t;
+    EXPECT_EQ(Tagged(t).GetType(), CNuObject::eTypePoint);
+    EXPECT_EQ(std::vector<int>({eNuTrue, eNuStatusOk, CNuObject::eTypeInterval,
+                                CNuObject::eTypePolyline, CNuObject::eTypeInterpolation2D}),
+              std::vector<int>({1, 1, 1, 26, 42}));
 }
 
 }  // namespace
