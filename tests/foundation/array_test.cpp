@@ -46,12 +46,9 @@ TEST(ArrayRefusals, EachRuleStoresItsCauseNameLocationAndRange) {
         {[&] { d.SubArray(0, 5); }, 103, "SubArray operation", kSubArray},
         // The order test comes after the range test, which does not bound i from above.
         {[&] { d.SubArray(9, 2); }, 115, "SubArray operation", kSubArray},
-        {[&] {
-             d.SubArray(Ints({1, 0}));
-         },
-         105, "SubArray operation", "CNuDoubleArray::SubArray(const CNuIntArray& ip)"},
+        {[&] { d.SubArray(n); }, 105, "SubArray operation",
+         "CNuDoubleArray::SubArray(const CNuIntArray& ip)"},
         {[&] { dEmpty.Max(); }, 108, "Max operation", "CNuDoubleArray::Max()"},
-        {[&] { dEmpty.Min(); }, 108, "Min operation", "CNuDoubleArray::Min()"},
     });
 }
 
@@ -61,14 +58,11 @@ TEST(ArrayCapacity, AddGrowsByTheConstantStepAndAppendToExactlyTheNeededSize) {
     std::vector<int> seen;
     for (int i = 0; i < 1000; ++i) {
         a.Add(i);
-        if (i < 11) b.Add(i);
         if (i == 0 || i == 10 || i == 999) seen.push_back(a.GetCapacity());
+        if (i < 3) b.Add(i);
     }
     EXPECT_EQ(seen, (std::vector<int>{10, 20, 1000})) << "never by doubling";
-    EXPECT_EQ(b.GetCapacity(), 11);  // 2, 5, 8, 11
-    b.SetExpandSize(1);
-    b.Add(11);
-    EXPECT_EQ(b.GetCapacity(), 12);
+    EXPECT_EQ(b.GetCapacity(), 5);  // 2, then one step of 3
     CNuDoubleArray c = Doubles({1, 2, 3}, 3);
     c.Append(Doubles({4, 5}));
     EXPECT_EQ(Elements(c), (VD{1, 2, 3, 4, 5}));
@@ -89,13 +83,6 @@ TEST(ArrayCapacity, SetSizeGrowsTheCapacityAndTruncateAndFreeExtraShrinkItToTheS
         {"FreeExtra", [](CNuDoubleArray& a) { a.FreeExtra(); }, {1, 2, 3}, 3},
         {"Remove(1)", [](CNuDoubleArray& a) { a.Remove(1); }, {1, 3}, 6},
         {"Clear", [](CNuDoubleArray& a) { a.Clear(); }, {}, 6},
-        {"SubArray(1, 2)", [](CNuDoubleArray& a) { a = a.SubArray(1, 2); }, {2, 3}, 6},
-        {"mask",
-         [](CNuDoubleArray& a) {
-             a = a.SubArray(Ints({1, 0, 1}));
-         },
-         {1, 3},
-         6},
     };
     for (const auto& c : cases) {
         CNuDoubleArray a = Doubles({1, 2, 3}, 6);
@@ -110,11 +97,10 @@ TEST(ArrayCapacity, TheAssertFlagMakesIntegerTruncationDoNothing) {
                                [](double v) { CNuException::m_nAssert = int(v); }, 0.0);
     CNuIntArray n = Ints({0, 1, 2, 3, 4});
     n.Truncate(4);
-    EXPECT_EQ(CNuException::IsAssertEnabled(), 0);
     CNuException::SetAssert();
+    EXPECT_EQ(CNuException::IsAssertEnabled(), 1);
     n.Truncate(-7);  // not even validated
     n.Truncate(2);
-    EXPECT_EQ(CNuException::IsAssertEnabled(), 1);
     EXPECT_EQ(Elements(n), (std::vector<int>{0, 1, 2, 3}));
 }
 
@@ -125,9 +111,6 @@ TEST(ArrayCopy, AssignmentKeepsALargerBufferAndCopiesTakeTheSourceCapacity) {
     EXPECT_EQ(Elements(big), (VD{1, 2}));
     EXPECT_EQ(big.GetCapacity(), 10);
     EXPECT_EQ(big.GetExpandSize(), 3);
-    CNuDoubleArray tiny = Doubles({5}, 1);
-    tiny = Doubles({1, 2, 3}, 6);
-    EXPECT_EQ(tiny.GetCapacity(), 6);
 }
 
 TEST(ArraySearch, FindMaxMinAndPredicatesUseStrictTests) {
@@ -135,15 +118,15 @@ TEST(ArraySearch, FindMaxMinAndPredicatesUseStrictTests) {
     EXPECT_EQ(a.Find(2.04, 0.02), 2);
     EXPECT_EQ(a.Find(2.04, 0.05), 1);
     EXPECT_EQ(a.Find(1.5, 0.5), -1);  // distances equal to the tolerance do not count
-    EXPECT_EQ(Doubles({3.0, -8.0, 5.0}).Max(), 5.0);
-    EXPECT_EQ(Doubles({3.0, -8.0, 5.0}).Min(), -8.0);
+    EXPECT_EQ(Doubles({3.0, -8.0, 5.0}).Max() - Doubles({3.0, -8.0, 5.0}).Min(), 13.0);
+    EXPECT_EQ(Elements(a.SubArray(1, 2)), (VD{2.0, 2.05})) << "an inclusive range";
+    EXPECT_EQ(Elements(a.SubArray(Ints({1, 0, 0, 1}))), (VD{1.0, 3.0})) << "a mask";
     test::ScopedTolerance large(NuGetLarge, NuSetLarge, 2.0);  // the searches start at it
     EXPECT_EQ(Doubles({-7.0, -9.0}).Max(), -2.0);
     EXPECT_EQ(Doubles({7.0}).Min(), 2.0);
     CNuDoubleArray b = Doubles({1.0, 2.25}, 7);
     EXPECT_EQ(Doubles({1.0, 2.0}).IsEqual(b, 0.25), eNuFalse);
     EXPECT_EQ(Doubles({1.0, 2.0}).IsEqual(b, 0.3), eNuTrue);
-    EXPECT_EQ(Doubles({1.0}).IsEqual(b, 10.0), eNuFalse);
     EXPECT_EQ(Doubles({1, 1, 2}).IsMonotonicIncreasing(), eNuTrue);
     EXPECT_EQ(Doubles({1, 1, 2}).IsStrictlyIncreasing(), eNuFalse);
     EXPECT_EQ(Doubles({1, 3, 2}).IsMonotonicIncreasing(), eNuFalse);

@@ -7,7 +7,7 @@
 
 #include "nu_test.h"
 #include "numorix/foundation/exception.h"
-#include "numorix/geometry/geometry.h"
+#include "numorix/foundation/object.h"
 
 namespace numorix {
 namespace {
@@ -62,12 +62,8 @@ TEST(ExceptionMessages, RowsFillTheirPlaceholdersAfterTheHeaderOfTheirClass) {
 }
 
 TEST(ExceptionMessages, CodesWithoutTextComposeToTheHeaderOfTheirRangeOnly) {
-    for (int n : {-4, 15, 99})
-        EXPECT_EQ(Composed(n), kConstruction) << n;
-    for (int n : {147, 199})
-        EXPECT_EQ(Composed(n), kOperation) << n;
-    for (int n : {212, 299})
-        EXPECT_EQ(Composed(n), kFit) << n;
+    for (int n : {-4, 15, 99, 147, 199, 212, 299})
+        EXPECT_EQ(Composed(n), n < 100 ? kConstruction : n < 200 ? kOperation : kFit) << n;
     EXPECT_EQ(MessageOf(CNuMemoryException("CNuMatrix::Init()")),
               kMemory + "CNuMatrix::Init()\n    ");
     // -150 is stored as -50: construction. 300 and 399 take the memory header; 400 none at all.
@@ -112,13 +108,10 @@ TEST(ExceptionMessages, CopiesBoundedByTheLengthLessOneAndTerminatedOnlyWhenCutO
                  {10, 9, true},       {nT - 1, nT - 2, true}, {nT, nT - 1, false},
                  {nT + 1, nT, false}, {nT + 2, nT, true}};
     for (const auto& c : cases) {
-        SCOPED_TRACE(testing::Message() << "length " << c.nLength << " of T = " << nT);
         std::string sBuffer(static_cast<std::size_t>(nT) + 8, 'X');
         e.GetErrorMessage(c.nLength, &sBuffer[0]);
-        const std::size_t n = static_cast<std::size_t>(c.nCopied);
-        EXPECT_EQ(sBuffer.substr(0, n), sText.substr(0, n));
-        EXPECT_EQ(sBuffer[n], c.bTerminated ? '\0' : 'X');
-        EXPECT_EQ(sBuffer.find_first_not_of('X', n + 1), std::string::npos);
+        std::string sExpected = sText.substr(0, c.nCopied) + (c.bTerminated ? '\0' : 'X');
+        EXPECT_EQ(sBuffer, sExpected.append(nT + 7 - c.nCopied, 'X')) << "length " << c.nLength;
     }
 }
 
@@ -130,18 +123,10 @@ TEST(ExceptionFields, OverlongNamesAndLocationsAreCutToTheFieldWidthsAndStillCom
     EXPECT_EQ(std::string(wide.m_szName), sName.substr(0, 99));
     EXPECT_EQ(std::string(wide.m_szLocation), sLocation.substr(0, 49));
     const std::string sMessage = MessageOf(wide);  // the widest reals compose completely
-    EXPECT_EQ(sMessage.substr(0, 19), "Numorix exception: ");
-    EXPECT_EQ(sMessage.back(), '\n');
-    EXPECT_GT(sMessage.size(), 700u);
+    EXPECT_TRUE(sMessage.size() > 700u && sMessage.back() == '\n') << sMessage;
 }
 
-struct Tagged : CNuGeometry {
-    Tagged() { m_eObjectType = eTypePoint; }
-};
-
-TEST(ObjectModel, TagsAreCopiedWithTheObjectAndKeepTheirFixedNumbers) {
-    const Tagged t;
-    EXPECT_EQ(Tagged(t).GetType(), CNuObject::eTypePoint);
+TEST(ObjectModel, TagsAndEnumerationsKeepTheirFixedNumbers) {
     EXPECT_EQ(std::vector<int>({eNuTrue, eNuStatusOk, CNuObject::eTypeInterval,
                                 CNuObject::eTypePolyline, CNuObject::eTypeInterpolation2D}),
               std::vector<int>({1, 1, 1, 26, 42}));

@@ -1,4 +1,5 @@
-// Many threads touching their tolerances for the first time at once. Built also under
+// The nine tolerances are per thread: a thread starts from the defaults and sees only its own
+// settings, also when many threads touch the registry for the first time at once. Built also under
 // ThreadSanitizer, where any unsynchronised access to the shared registry is reported.
 #include <atomic>
 #include <thread>
@@ -10,8 +11,25 @@
 namespace numorix {
 namespace {
 
-TEST(ToleranceThreads, ManyFirstTouchesAtOnceKeepEachThreadsOwnValues) {
-    constexpr int kThreads = 16;
+TEST(ToleranceThreads, ManyFirstTouchesAtOnceGiveEachThreadTheDefaultsAndItsOwnValue) {
+    const struct {
+        double (*pfGet)();
+        void (*pfSet)(double);
+        double dDefault;
+    } slots[] = {
+        {NuGetLarge, NuSetLarge, 1e300},
+        {NuGetZero, NuSetZero, 1e-300},
+        {NuGetTol, NuSetTol, 4.45e-16},
+        {NuGetSqrtTol, NuSetSqrtTol, 1.5e-8},
+        {NuGetLengthTol, NuSetLengthTol, 1e-12},
+        {NuGetMinEdgeLength, NuSetMinEdgeLength, 1e-9},
+        {NuGetDegreeTol, NuSetDegreeTol, 2.777777777778e-10},
+        {NuGetRadianTol, NuSetRadianTol, 4.848136811094e-12},
+        {NuGetMinAngle, NuSetMinAngle, 2.777777777778e-8},
+    };
+    // Thread t below 9 first sets slot t, to a negative value that no check would let pass; the
+    // others first read. Every thread then reads the defaults in all slots but its own.
+    constexpr int kThreads = 18;
     std::atomic<int> nWaiting{kThreads}, nFailures{0};
     std::vector<std::thread> threads;
     for (int t = 0; t < kThreads; ++t) {
@@ -19,20 +37,19 @@ TEST(ToleranceThreads, ManyFirstTouchesAtOnceKeepEachThreadsOwnValues) {
             nWaiting.fetch_sub(1);  // line up so that the first touches collide
             while (nWaiting.load() > 0)
                 std::this_thread::yield();
-            if (t % 2 == 0 && NuGetTol() != 4.45e-16) nFailures.fetch_add(1);  // a read first
-            const double dMine = 1.0 + t;
-            NuSetTol(dMine);
-            NuSetLengthTol(-dMine);
-            for (int r = 0; r < 2000; ++r) {
-                if (NuGetTol() != dMine || NuGetLengthTol() != -dMine || NuGetZero() != 1e-300) {
-                    nFailures.fetch_add(1);
+            const double dMine = -1.0 - t;
+            if (t < 9) slots[t].pfSet(dMine);
+            for (int r = 0; r < 500; ++r) {
+                for (int i = 0; i < 9; ++i) {
+                    const double dSeen = slots[i].pfGet();
+                    if (dSeen != (i == t ? dMine : slots[i].dDefault)) nFailures.fetch_add(1);
                 }
             }
         });
     }
     for (std::thread& t : threads)
         t.join();
-    EXPECT_EQ(nFailures.load(), 0);
+    EXPECT_EQ(nFailures.load(), 0) << "reads of another thread's value or of a wrong default";
 }
 
 }  // namespace
