@@ -1,14 +1,17 @@
-// Polynomials: Horner evaluation and arithmetic against expanded sums, the simplification rules,
-// the refusals; and least-squares fitting: exact recovery, orthogonal residuals, minimum-norm
-// solutions, the cut at 1e-10, and the NIST StRD sets Norris, Pontius and Filip.
+// Polynomials: Horner evaluation and arithmetic against expanded sums, the simplification rules
+// and the refusals; least-squares fitting: exact recovery, minimum-norm solutions and the NIST
+// StRD sets Norris, Pontius and Filip, where the cuts at 1e-10 decide how close the fit comes to
+// the certified values. Also intervals, whose bounds must ascend and whose membership and overlap
+// are closed whatever the open flags say.
 #include <cmath>
 #include <cstdio>
 #include <fstream>
+#include <limits>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "nu_test.h"
+#include "numorix/equations/interval.h"
 #include "numorix/equations/polynomial.h"
 #include "numorix/foundation/tolerance.h"
 
@@ -22,20 +25,19 @@ constexpr double kEvaluation = 1e-14;
 // the condition of a small Vandermonde matrix.
 constexpr double kConditioned = 1e-11;
 
-CNuPolynomial Poly(std::initializer_list<double> coefficients) {
-    CNuPolynomial p(static_cast<int>(coefficients.size()) - 1);
-    int i = 0;
-    for (double d : coefficients)
-        p[i++] = d;
+CNuPolynomial Poly(const std::vector<double>& c) {
+    CNuPolynomial p(static_cast<int>(c.size()) - 1);
+    for (int i = 0; i <= p.GetDegree(); ++i)
+        p[i] = c[i];
     return p;
 }
 
 TEST(Polynomial, EvaluationAndArithmeticAgreeWithExpandedSums) {
     test::Random random;
     for (int k = 0; k < 200; ++k) {
+        const double x = random.Uniform(-2.0, 2.0);
         CNuPolynomial p[2] = {CNuPolynomial(random.Integer(0, 4)),
                               CNuPolynomial(random.Integer(0, 4))};
-        const double x = random.Uniform(-2.0, 2.0);
         double v[2] = {0, 0}, d[2] = {0, 0}, dScale = 1.0;  // values, slopes, term magnitudes
         for (int j = 0; j < 2; ++j) {
             for (int i = 0; i <= p[j].GetDegree(); ++i) {
@@ -56,32 +58,31 @@ TEST(Polynomial, EvaluationAndArithmeticAgreeWithExpandedSums) {
     }
 }
 
-TEST(Polynomial, SumsAndProductsSimplifyButScalingDoesNot) {
+TEST(Polynomial, SumsAndProductsSimplifyButScalingDoesNotAndComparisonsAreStrict) {
     const CNuPolynomial a = Poly({1.0, 2.0, 3.0});
-    EXPECT_EQ((a + Poly({0.5, 1.0, -3.0})).GetDegree(), 1) << "leading terms cancel";
-    EXPECT_EQ((a * Poly({1.0, 0.0, 0.0, 2.0})).GetDegree(), 5);
-    EXPECT_EQ((a * Poly({1.0, 0.0, 0.0, 1e-301})).GetDegree(), 2);
-    EXPECT_EQ((a * 0.0).GetDegree() + (0.0 * a).GetDegree(), 4) << "scaling keeps the degree";
-    CNuPolynomial zero(2), t = Poly({1.0, 1e-290});
+    CNuPolynomial zero(2), tiny = Poly({1.0, 1e-290});
     zero.Simplify();
-    EXPECT_EQ(zero.GetDegree(), 0);
     {
         test::ScopedTolerance guard(NuGetZero, NuSetZero, 1e-280);  // read again at each step
-        t.Simplify();
+        tiny.Simplify();
     }
-    EXPECT_EQ(t.GetDegree(), 0);
+    EXPECT_EQ(
+        std::vector<int>({(a + Poly({0.5, 1.0, -3.0})).GetDegree(),  // leading terms cancel
+                          (a * Poly({1.0, 0.0, 0.0, 2.0})).GetDegree(),
+                          (a * Poly({1.0, 0.0, 0.0, 1e-301})).GetDegree(), (a * 0.0).GetDegree(),
+                          (0.0 * a).GetDegree(), zero.GetDegree(), tiny.GetDegree()}),
+        std::vector<int>({1, 5, 2, 2, 2, 0, 0}));
     // Adding a number changes the constant term only.
     EXPECT_EQ(std::vector<double>({(a + 2.0)[0], (a + 2.0)[2], (a - 1.0)[0], (a / 2.0)[2]}),
               std::vector<double>({3.0, 3.0, 0.0, 1.5}));
-    EXPECT_FALSE(Poly({0.0, 0.0, 1.0, 0.0}).IsEqual(Poly({0.0, 0.0, 1.0}), 1.0))
-        << "degrees differ";
+    EXPECT_FALSE(Poly({0.0, 0.0, 1.0, 0.0}).IsEqual(Poly({0.0, 0.0, 1.0}), 1.0)) << "degrees";
     EXPECT_FALSE(Poly({0.0, 0.0, 1.0}).IsEqual(Poly({0.0, 0.5, 1.0}), 0.5)) << "strictly";
-    EXPECT_TRUE(Poly({1e-13, -1e-13}).IsZero(1e-12));
-    EXPECT_FALSE(Poly({1e-13, 1e-12}).IsZero(1e-12));
+    EXPECT_TRUE(Poly({1e-13, -1e-13}).IsZero(1e-12) && !Poly({1e-13, 1e-12}).IsZero(1e-12));
 }
 
 TEST(Polynomial, RefusalsCarryTheirCausesStringsAndRange) {
     CNuPolynomial a = Poly({1.0, 2.0});
+    const CNuDoubleArray two = test::Doubles({1, 2}), one = test::Doubles({1});
     test::ExpectNuFailure<CNuConstructionException>([] { CNuPolynomial q(-1); }, 2, "degree",
                                                     "CNuPolynomial");
     test::ExpectFailures<CNuOperationException>({
@@ -91,99 +92,92 @@ TEST(Polynomial, RefusalsCarryTheirCausesStringsAndRange) {
         {[&] { a *= 1e301; }, 107, "operator*=", "CNuPolynomial"},
         {[&] { a / 1e-301; }, 106, "operator/", "CNuPolynomial"},
         {[&] { a /= 0.0; }, 106, "operator/=", "CNuPolynomial"},
+        {[&] { a.Fit(two, one); }, 105, "data checking", "CNuPolynomial::Fit()"},
     });
     EXPECT_EQ(a[1], 2.0) << "refused scalings leave the coefficients";
 }
 
-TEST(PolynomialFit, RecoversPolynomialsExactlyAndGivesMinimumNormSolutions) {
-    test::Random random;
-    for (int nDegree = 0; nDegree <= 5; ++nDegree) {
-        CNuPolynomial expected(nDegree), p(nDegree);
-        for (int k = 0; k <= nDegree; ++k)
-            expected[k] = random.Uniform(0.5, 2.0) * (random.Integer(0, 1) ? 1.0 : -1.0);
-        CNuDoubleArray x, y;
-        for (int i = 0; i < 3 * (nDegree + 1); ++i) {
-            x.Add(random.Uniform(-1.0, 2.0));
-            y.Add(expected.ValueAt(x.Last()));
-        }
-        double dChiSquare = -1.0;
-        p.Fit(x, y, &dChiSquare);
-        EXPECT_TRUE(p.IsEqual(expected, kConditioned)) << "degree " << nDegree;
-        EXPECT_EQ(dChiSquare, 0.0) << "degree " << nDegree;  // below NuGetTol(): exactly 0
-    }
-    CNuPolynomial line(1), square(2);  // of all c0 + c1 = 2, the shortest is (1, 1)
-    line.Fit(test::Doubles({1.0}), test::Doubles({2.0}));
-    square.Fit(test::Doubles({-1.0, 1.0}), test::Doubles({1.0, 1.0}));  // 0.5 + 0.5 x^2
-    EXPECT_TRUE(line.IsEqual(Poly({1.0, 1.0}), kConditioned) &&
-                square.IsEqual(Poly({0.5, 0.0, 0.5}), kConditioned));
-    test::ExpectNuFailure<CNuOperationException>(
-        [&] {
-            line.Fit(test::Doubles({1.0, 2.0}), test::Doubles({1.0}));
-        },
-        105, "data checking", "CNuPolynomial::Fit()");
-    test::ExpectNuFailure<CNuConstructionException>(
-        [&] { line.Fit(CNuDoubleArray(), CNuDoubleArray()); }, 1, "number of rows/columns",
-        "CNuMatrix");
-}
-
-// A NIST StRD regression set: data (y x) from line 61, the certified estimates B0.. and the
-// certified residual sum of squares from the analysis of variance table.
-struct SNistSet {
+TEST(PolynomialFit, RecoversExactSamplesWithZeroChiSquareAndGivesMinimumNormSolutions) {
+    const CNuPolynomial cubic = Poly({1.5, -0.75, 2.0, -1.25});
     CNuDoubleArray x, y;
-    std::vector<double> certified;
-    double dResidualSS = 0.0;
-};
-
-SNistSet ReadNist(const std::string& sName) {
-    std::ifstream in(std::string(NUMORIX_EQUATIONS_DATA_DIR) + "/" + sName + ".dat");
-    SNistSet set;
-    int nLine = 0, k = 0;
-    double a = 0.0, b = 0.0;
-    for (std::string s; std::getline(in, s);) {
-        if (++nLine > 60 && std::sscanf(s.c_str(), "%lf %lf", &a, &b) == 2) {
-            set.y.Add(a);
-            set.x.Add(b);
-        } else if (std::sscanf(s.c_str(), " B%d %lf", &k, &a) == 2) {
-            set.certified.push_back(a);
-        } else if (std::sscanf(s.c_str(), "Residual %d %lf", &k, &a) == 2) {
-            set.dResidualSS = a;
-        }
+    for (double d = -1.0; d <= 2.0; d += 0.25) {
+        x.Add(d);
+        y.Add(cubic.ValueAt(d));
     }
-    return set;
+    CNuPolynomial p(3), line(1), square(2);
+    double dChiSquare = -1.0;
+    p.Fit(x, y, &dChiSquare);
+    EXPECT_TRUE(p.IsEqual(cubic, kConditioned) && dChiSquare == 0.0) << "chi-square " << dChiSquare;
+    line.Fit(test::Doubles({1.0}), test::Doubles({2.0}));  // of all c0 + c1 = 2, (1, 1)
+    square.Fit(test::Doubles({-1.0, 1.0}), test::Doubles({1.0, 1.0}));  // 0.5 + 0.5 x^2
+    EXPECT_TRUE(line.IsEqual(Poly({1.0, 1.0}), kConditioned));
+    EXPECT_TRUE(square.IsEqual(Poly({0.5, 0.0, 0.5}), kConditioned));
 }
 
 // Norris is fitted to its certified values. Pontius: x runs to 3e6, so the column of ones is some
 // 1e-13 of the column of x^2, and its singular direction falls under the cut at 1e-10 of the
 // largest; B0 of the minimum-norm solution then lies below the literal 1e-10 for coefficients, as
 // does the certified B2 (-3.2e-15): both become zero, leaving a line through the origin with B1
-// within 0.12 % of the certified slope. Filip: degree 10, whose singular values span far more
-// than the 1e-10 the fit keeps; the truncated solution shares nothing with the certified
-// coefficients, not even the sign of B0 (certified -1467), yet its residual is only about twice
-// the certified one.
-TEST(PolynomialFit, CertifiedSetsComeAsCloseAsTheCutAllows) {
+// within 0.12 % of the certified slope and a residual over 5000 times the certified one. Filip:
+// degree 10, whose singular values span far more than the 1e-10 the fit keeps; the truncated
+// solution shares nothing with the certified coefficients, not even the sign of B0 (certified
+// -1467), yet its residual is only about twice the certified one.
+TEST(PolynomialFit, CertifiedSetsComeAsCloseAsTheCutsAllow) {
     const struct {
         const char* pszName;
         int nPoints;
-        std::vector<std::pair<double, double>> ratios;  // fitted / certified coefficient, +-
-        double dResidualLow, dResidualHigh;             // bounds of chi-square / certified
+        std::vector<double> ratios, tolerances;  // fitted / certified coefficient, and +-
+        double dResidualLow, dResidualHigh;      // bounds of chi-square / certified
     } cases[] = {
-        {"Norris", 36, {{1.0, 1e-12}, {1.0, 1e-12}}, 1.0 - 1e-12, 1.0 + 1e-12},
-        {"Pontius", 40, {{0.0, 0.0}, {1.0, 2e-3}, {0.0, 0.0}}, 5000.0, 1e300},
-        {"Filip", 82, {{-1.0, 1.0}}, 1.0, 2.5},
+        {"Norris", 36, {1.0, 1.0}, {1e-12, 1e-12}, 1.0 - 1e-12, 1.0 + 1e-12},
+        {"Pontius", 40, {0.0, 1.0, 0.0}, {0.0, 2e-3, 0.0}, 5000.0, 1e300},
+        {"Filip", 82, {-1.0}, {1.0}, 1.0, 2.5},
     };
     for (const auto& c : cases) {
-        SCOPED_TRACE(c.pszName);
-        const SNistSet set = ReadNist(c.pszName);
-        ASSERT_EQ(set.x.GetSize(), c.nPoints);
-        CNuPolynomial p(static_cast<int>(set.certified.size()) - 1);
+        // The file: the certified estimates B0.., the residual sum of squares of the analysis of
+        // variance, and from line 61 the data, y then x.
+        std::ifstream in(std::string(NUMORIX_EQUATIONS_DATA_DIR) + "/" + c.pszName + ".dat");
+        CNuDoubleArray x, y, certified;
+        double a = 0.0, b = 0.0, dResidualSS = 0.0;
+        int nLine = 0, k = 0;
+        for (std::string s; std::getline(in, s);) {
+            if (++nLine > 60 && std::sscanf(s.c_str(), "%lf %lf", &a, &b) == 2) {
+                y.Add(a);
+                x.Add(b);
+            } else if (std::sscanf(s.c_str(), " B%d %lf", &k, &a) == 2) {
+                certified.Add(a);
+            }
+            std::sscanf(s.c_str(), "Residual %d %lf", &k, &dResidualSS);
+        }
+        ASSERT_EQ(x.GetSize(), c.nPoints) << c.pszName;
+        CNuPolynomial p(certified.GetSize() - 1);
         double dChiSquare = 0.0;
-        p.Fit(set.x, set.y, &dChiSquare);
+        p.Fit(x, y, &dChiSquare);
         for (std::size_t i = 0; i < c.ratios.size(); ++i)
-            EXPECT_NEAR(p[static_cast<int>(i)] / set.certified[i], c.ratios[i].first,
-                        c.ratios[i].second)
-                << "B" << i;
-        EXPECT_GE(dChiSquare / set.dResidualSS, c.dResidualLow);
-        EXPECT_LE(dChiSquare / set.dResidualSS, c.dResidualHigh);
+            EXPECT_NEAR(p[int(i)] / certified[int(i)], c.ratios[i], c.tolerances[i]) << "B" << i;
+        const double dResidual = dChiSquare / dResidualSS;
+        EXPECT_TRUE(dResidual >= c.dResidualLow && dResidual <= c.dResidualHigh) << dResidual;
+    }
+}
+
+TEST(Interval, RefusesBoundsThatDoNotAscendAndIsClosedEvenWhenFlaggedOpen) {
+    const double kNaN = std::numeric_limits<double>::quiet_NaN();
+    test::ExpectFailures<CNuConstructionException>({
+        {[] { CNuInterval(1.0, 1.0, 0, 0); }, 11, "", "CNuInterval"},
+        {[&] { CNuInterval(kNaN, 1.0, 0, 0); }, 11, "", "CNuInterval"},
+    });
+    const CNuInterval open(0.0, 1.0, 1, 1);
+    const double members[][2] = {
+        {0.0, 1}, {1.0, 1}, {std::nextafter(1.0, 2.0), 0}, {-1e-300, 0}, {kNaN, 0}};
+    for (const auto& m : members)
+        EXPECT_EQ(open.IsIn(m[0]), m[1]) << m[0];
+    // Touching at one point, one inside the other both ways, partial, apart on either side.
+    const double overlaps[][3] = {{1.0, 2.0, 1}, {0.25, 0.5, 1}, {-5.0, 5.0, 1},
+                                  {0.5, 3.0, 1}, {1.5, 3.0, 0},  {-3.0, -2.0, 0}};
+    for (const auto& o : overlaps) {
+        const CNuInterval other(o[0], o[1], 1, 0);
+        EXPECT_EQ(open.IsOverlapping(other) + 2 * other.IsOverlapping(open), 3 * o[2])
+            << "[0, 1] and [" << o[0] << ", " << o[1] << "], both ways";
     }
 }
 
