@@ -48,19 +48,12 @@ TEST(Polynomial, EvaluationAndArithmeticAgreeExactlyWithExpandedSums) {
     }
 }
 
-TEST(Polynomial,
-     SumsAndProductsSimplifyScalingDoesNotComparisonsAreStrictAndRefusalsCarryTheirCauses) {
+TEST(Polynomial, SimplifiesSumsAndProductsComparesStrictlyAndRefusesWithItsCauses) {
     const CNuPolynomial a = Poly({1.0, 2.0, 3.0});
-    CNuPolynomial tiny = Poly({1.0, 1e-290});
-    {
-        test::ScopedTolerance guard(NuGetZero, NuSetZero, 1e-280);  // read again at each step
-        tiny.Simplify();
-    }
     EXPECT_EQ(std::vector<int>({(a + Poly({0.5, 1.0, -3.0})).GetDegree(),  // leading terms cancel
                                 (a * Poly({1.0, 0.0, 2.0})).GetDegree(),
-                                (a * Poly({1.0, 0.0, 1e-301})).GetDegree(), (a * 0.0).GetDegree(),
-                                tiny.GetDegree()}),
-              std::vector<int>({1, 4, 2, 2, 0}));
+                                (a * Poly({1.0, 0.0, 1e-301})).GetDegree(), (a * 0.0).GetDegree()}),
+              std::vector<int>({1, 4, 2, 2}));
     // Adding a number changes the constant term only.
     EXPECT_EQ(std::vector<double>({(a + 2.0)[0], (a + 2.0)[2], (a - 1.0)[0], (a / 2.0)[2]}),
               std::vector<double>({3.0, 3.0, 0.0, 1.5}));
@@ -77,6 +70,10 @@ TEST(Polynomial,
         {[&] { b.Fit(two, one); }, 105, "data checking", "CNuPolynomial::Fit()"},
     });
     EXPECT_EQ(b[1], 2.0) << "refused scalings leave the coefficients";
+    CNuPolynomial tiny = Poly({1.0, 1e-290});
+    test::ScopedTolerance guard(NuGetZero, NuSetZero, 1e-280);  // read again at each step
+    tiny.Simplify();
+    EXPECT_EQ(tiny.GetDegree(), 0);
 }
 
 // Underdetermined fits give the minimum-norm solution. Norris is fitted to its certified values.
@@ -94,13 +91,12 @@ TEST(PolynomialFit, GivesMinimumNormSolutionsAndComesAsCloseToCertifiedSetsAsThe
     EXPECT_TRUE(square.IsEqual(Poly({0.5, 0.0, 0.5}), kConditioned));
     const struct {
         const char* pszName;
-        int nPoints;
         std::vector<double> ratios, tolerances;  // fitted / certified coefficient, and +-
         double dResidualLow, dResidualHigh;      // bounds of chi-square / certified
     } cases[] = {
-        {"Norris", 36, {1.0, 1.0}, {1e-12, 1e-12}, 1.0 - 1e-12, 1.0 + 1e-12},
-        {"Pontius", 40, {0.0, 1.0, 0.0}, {0.0, 2e-3, 0.0}, 5000.0, 1e300},
-        {"Filip", 82, {-1.0}, {1.0}, 1.0, 2.5},
+        {"Norris", {1.0, 1.0}, {1e-12, 1e-12}, 1.0 - 1e-12, 1.0 + 1e-12},
+        {"Pontius", {0.0, 1.0, 0.0}, {0.0, 2e-3, 0.0}, 5000.0, 1e300},
+        {"Filip", {-1.0}, {1.0}, 1.0, 2.5},
     };
     for (const auto& c : cases) {
         // The certified estimates B0.., the residual sum of squares of the analysis of variance,
@@ -118,7 +114,6 @@ TEST(PolynomialFit, GivesMinimumNormSolutionsAndComesAsCloseToCertifiedSetsAsThe
             }
             std::sscanf(s.c_str(), "Residual %d %lf", &k, &dResidualSS);
         }
-        ASSERT_EQ(x.GetSize(), c.nPoints) << c.pszName;
         CNuPolynomial p(certified.GetSize() - 1);
         p.Fit(x, y, &dChiSquare);
         for (int i = 0; i < static_cast<int>(c.ratios.size()); ++i)
