@@ -11,7 +11,6 @@
 namespace numorix {
 namespace {
 
-using Op = CNuOperationException;
 using test::Doubles;
 using test::Elements;
 using test::Ints;
@@ -21,12 +20,11 @@ TEST(ArrayRefusals, EachRuleStoresItsCauseNameLocationAndRange) {
     CNuDoubleArray d = Doubles({1, 2, 3, 4, 5}, 10), s = Doubles({1, 2}, 4), dEmpty;
     CNuIntArray n(3), nEmpty;
     CNuObjArray o;
-    const char* kSubArray = "CNuDoubleArray::SubArray(i, j)";
     test::ExpectFailures<CNuConstructionException>({
         {[] { CNuDoubleArray a(-1); }, 2, "size", "CNuDoubleArray"},
         {[] { CNuIntArray a(0, 0); }, 15, "nArrayExpandSize", "CNuIntArray"},
     });
-    test::ExpectFailures<Op>({
+    test::ExpectFailures<CNuOperationException>({
         {[&] { d.Append(d); }, 118, "Append operation", "CNuDoubleArray::Append()"},
         {[&] { n.Append(n); }, 118, "Append operation", "CNuIntArray::Append()"},
         {[&] { o.Append(o); }, 118, "Append operation", "CNuObjArray::Append()"},
@@ -42,10 +40,10 @@ TEST(ArrayRefusals, EachRuleStoresItsCauseNameLocationAndRange) {
         {[&] { dEmpty.Last(); }, 108, "Last operator[]", "CNuIntArray::Last()"},
         {[&] { d.Remove(5); }, 103, "Remove operation", "CNuDoubleArray::Remove()"},
         {[&] { nEmpty.Remove(0); }, 108, "Remove operation", "CNuIntArray::Remove()"},
-        {[&] { d.SubArray(-1, 2); }, 103, "SubArray operation", kSubArray},
-        {[&] { d.SubArray(0, 5); }, 103, "SubArray operation", kSubArray},
+        {[&] { d.SubArray(-1, 2); }, 103, "SubArray operation", "CNuDoubleArray::SubArray(i, j)"},
+        {[&] { d.SubArray(0, 5); }, 103, "SubArray operation", "CNuDoubleArray::SubArray(i, j)"},
         // The order test comes after the range test, which does not bound i from above.
-        {[&] { d.SubArray(9, 2); }, 115, "SubArray operation", kSubArray},
+        {[&] { d.SubArray(9, 2); }, 115, "SubArray operation", "CNuDoubleArray::SubArray(i, j)"},
         {[&] { d.SubArray(n); }, 105, "SubArray operation",
          "CNuDoubleArray::SubArray(const CNuIntArray& ip)"},
         {[&] { dEmpty.Max(); }, 108, "Max operation", "CNuDoubleArray::Max()"},
@@ -109,28 +107,28 @@ TEST(ArrayCopy, AssignmentKeepsALargerBufferAndCopiesTakeTheSourceCapacity) {
     small.SetExpandSize(3);
     big = small;
     EXPECT_EQ(Elements(big), (VD{1, 2}));
-    EXPECT_EQ(big.GetCapacity(), 10);
-    EXPECT_EQ(big.GetExpandSize(), 3);
+    EXPECT_EQ(std::vector<int>({big.GetCapacity(), big.GetExpandSize()}),
+              std::vector<int>({10, 3}));
 }
 
 TEST(ArraySearch, FindMaxMinAndPredicatesUseStrictTests) {
     CNuDoubleArray a = Doubles({1.0, 2.0, 2.05, 3.0});
-    EXPECT_EQ(a.Find(2.04, 0.02), 2);
-    EXPECT_EQ(a.Find(2.04, 0.05), 1);
-    EXPECT_EQ(a.Find(1.5, 0.5), -1);  // distances equal to the tolerance do not count
+    // The first element strictly nearer than the tolerance: a distance equal to it does not count.
+    EXPECT_EQ(std::vector<int>({a.Find(2.04, 0.02), a.Find(2.04, 0.05), a.Find(1.5, 0.5)}),
+              std::vector<int>({2, 1, -1}));
     EXPECT_EQ(Doubles({3.0, -8.0, 5.0}).Max() - Doubles({3.0, -8.0, 5.0}).Min(), 13.0);
     EXPECT_EQ(Elements(a.SubArray(1, 2)), (VD{2.0, 2.05})) << "an inclusive range";
     EXPECT_EQ(Elements(a.SubArray(Ints({1, 0, 0, 1}))), (VD{1.0, 3.0})) << "a mask";
     test::ScopedTolerance large(NuGetLarge, NuSetLarge, 2.0);  // the searches start at it
     EXPECT_EQ(Doubles({-7.0, -9.0}).Max(), -2.0);
     EXPECT_EQ(Doubles({7.0}).Min(), 2.0);
-    CNuDoubleArray b = Doubles({1.0, 2.25}, 7);
-    EXPECT_EQ(Doubles({1.0, 2.0}).IsEqual(b, 0.25), eNuFalse);
-    EXPECT_EQ(Doubles({1.0, 2.0}).IsEqual(b, 0.3), eNuTrue);
-    EXPECT_EQ(Doubles({1, 1, 2}).IsMonotonicIncreasing(), eNuTrue);
-    EXPECT_EQ(Doubles({1, 1, 2}).IsStrictlyIncreasing(), eNuFalse);
-    EXPECT_EQ(Doubles({1, 3, 2}).IsMonotonicIncreasing(), eNuFalse);
-    EXPECT_EQ(Doubles({1, 3, 4}).IsStrictlyIncreasing(), eNuTrue);
+    const CNuDoubleArray b = Doubles({1.0, 2.25}, 7), c = Doubles({1.0, 2.0});
+    EXPECT_EQ(std::vector<int>({c.IsEqual(b, 0.25), c.IsEqual(b, 0.3)}), std::vector<int>({0, 1}));
+    const CNuDoubleArray tie = Doubles({1, 1, 2}), drop = Doubles({1, 3, 2});
+    EXPECT_EQ(
+        std::vector<int>({tie.IsMonotonicIncreasing(), tie.IsStrictlyIncreasing(),
+                          drop.IsMonotonicIncreasing(), Doubles({1, 3}).IsStrictlyIncreasing()}),
+        std::vector<int>({1, 0, 0, 1}));
 }
 
 TEST(ArraySort, IntegerSortsAreStableAndSumsWrapAround) {

@@ -12,21 +12,17 @@ namespace numorix {
 namespace {
 
 TEST(ToleranceThreads, ManyFirstTouchesAtOnceGiveEachThreadTheDefaultsAndItsOwnValue) {
-    const struct {
-        double (*pfGet)();
-        void (*pfSet)(double);
-        double dDefault;
-    } slots[] = {
-        {NuGetLarge, NuSetLarge, 1e300},
-        {NuGetZero, NuSetZero, 1e-300},
-        {NuGetTol, NuSetTol, 4.45e-16},
-        {NuGetSqrtTol, NuSetSqrtTol, 1.5e-8},
-        {NuGetLengthTol, NuSetLengthTol, 1e-12},
-        {NuGetMinEdgeLength, NuSetMinEdgeLength, 1e-9},
-        {NuGetDegreeTol, NuSetDegreeTol, 2.777777777778e-10},
-        {NuGetRadianTol, NuSetRadianTol, 4.848136811094e-12},
-        {NuGetMinAngle, NuSetMinAngle, 2.777777777778e-8},
-    };
+    // clang-format off
+    double (*const get[])() = {NuGetLarge,     NuGetZero,      NuGetTol,
+                               NuGetSqrtTol,   NuGetLengthTol, NuGetMinEdgeLength,
+                               NuGetDegreeTol, NuGetRadianTol, NuGetMinAngle};
+    void (*const set[])(double) = {NuSetLarge,     NuSetZero,      NuSetTol,
+                                   NuSetSqrtTol,   NuSetLengthTol, NuSetMinEdgeLength,
+                                   NuSetDegreeTol, NuSetRadianTol, NuSetMinAngle};
+    const double defaults[] = {1e300,              1e-300,             4.45e-16,
+                               1.5e-8,             1e-12,              1e-9,
+                               2.777777777778e-10, 4.848136811094e-12, 2.777777777778e-8};
+    // clang-format on
     // Thread t below 9 first sets slot t, to a negative value that no check would let pass; the
     // others first read. Every thread then reads the defaults in all slots but its own.
     constexpr int kThreads = 18;
@@ -38,11 +34,10 @@ TEST(ToleranceThreads, ManyFirstTouchesAtOnceGiveEachThreadTheDefaultsAndItsOwnV
             while (nWaiting.load() > 0)
                 std::this_thread::yield();
             const double dMine = -1.0 - t;
-            if (t < 9) slots[t].pfSet(dMine);
+            if (t < 9) set[t](dMine);
             for (int r = 0; r < 500; ++r) {
                 for (int i = 0; i < 9; ++i) {
-                    const double dSeen = slots[i].pfGet();
-                    if (dSeen != (i == t ? dMine : slots[i].dDefault)) nFailures.fetch_add(1);
+                    if (get[i]() != (i == t ? dMine : defaults[i])) nFailures.fetch_add(1);
                 }
             }
         });
