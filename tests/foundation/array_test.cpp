@@ -91,6 +91,7 @@ TEST(ArrayCapacity, SetSizeGrowsTheCapacityAndTruncateAndFreeExtraShrinkItToTheS
 }
 
 TEST(ArrayCapacity, TheAssertFlagMakesIntegerTruncationDoNothing) {
+    // The flag is restored at the end, as a tolerance would be.
     test::ScopedTolerance flag([] { return double(CNuException::m_nAssert); },
                                [](double v) { CNuException::m_nAssert = int(v); }, 0.0);
     CNuIntArray n = Ints({0, 1, 2, 3, 4});
@@ -111,7 +112,7 @@ TEST(ArrayCopy, AssignmentKeepsALargerBufferAndCopiesTakeTheSourceCapacity) {
               std::vector<int>({10, 3}));
 }
 
-TEST(ArraySearch, FindMaxMinAndPredicatesUseStrictTests) {
+TEST(ArraySearch, FindMaxMinSubArrayAndPredicatesFollowTheirStrictTests) {
     CNuDoubleArray a = Doubles({1.0, 2.0, 2.05, 3.0});
     // The first element strictly nearer than the tolerance: a distance equal to it does not count.
     EXPECT_EQ(std::vector<int>({a.Find(2.04, 0.02), a.Find(2.04, 0.05), a.Find(1.5, 0.5)}),

@@ -14,7 +14,7 @@ namespace {
 // A hypotenuse or inverse function against the standard one: a few roundings of order-1 values.
 constexpr double kFewUlps = 8 * test::kUlp;
 
-TEST(Pythag, NeitherOverflowsNorUnderflowsWhereTheSquaresWould) {
+TEST(Pythag, NeitherOverflowsNorUnderflowsAndVanishesBelowTheZeroTolerance) {
     test::Random rng;
     for (int k = 0; k < 100; ++k) {
         const double a = rng.Uniform(-1, 1), b = rng.Uniform(-1, 1), c = rng.Uniform(-1, 1);
