@@ -18,6 +18,7 @@ namespace {
 // Fits of order-1 data at a few points: the decomposition's rounding.
 constexpr double kConditioned = 1e-11;
 
+// A polynomial from its coefficients, ascending.
 CNuPolynomial Poly(const std::vector<double>& c) {
     CNuPolynomial p(static_cast<int>(c.size()) - 1);
     for (int i = 0; i <= p.GetDegree(); ++i)
