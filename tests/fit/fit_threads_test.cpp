@@ -14,28 +14,27 @@
 namespace numorix {
 namespace {
 
-// Figures of the line, plane and circle zones and of the least-squares, circumscribed and
-// inscribed circles of p[0] near a line, p[1] off a plane and p[2] a lobed circle; and whether
-// p[3], three points 5e-10 off a line, make a circle, as under a length tolerance below that
-// only. Zones are asked for 1e3 length tolerances.
+// Zones, residuals, radii and positions of the line and plane zones of p[0] (near a line) and
+// p[1] (off a plane), and of the four circle fits of p[2] (a lobed circle), zones asked for 1e3
+// length tolerances; last whether p[3], three points 5e-10 off a line, make a circle, as they do
+// only under a length tolerance below that.
 std::vector<double> FitAll(const CNuPointArray* p) {
     const double dTol = 1e3 * NuGetLengthTol();
-    double adZone[3] = {}, dForm = 0.0, dSum = 0.0;
+    std::vector<double> v(5, 0.0);
     CNuLine line;
     CNuPlane plane;
-    CNuCircle ls(1.0), zone(1.0), min(1.0), max(1.0);
-    line.FitMinZone(p[0], &adZone[0], dTol, 200);
-    plane.FitMinZone(p[1], &adZone[1], dTol);
-    ls.Fit(p[2], &dForm, &dSum, 100);
-    zone.FitMinZone(p[2], &adZone[2], dTol, 200);
-    min.FitMin(p[2], dTol);
-    max.FitMax(p[2], dTol);
-    std::vector<double> v{adZone[0], adZone[1], adZone[2], dForm, dSum, min.GetRadius()};
-    for (const CNuPoint& q : {line.GetPoint(), plane.GetPoint(), ls.GetCentre(), zone.GetCentre(),
-                              min.GetCentre(), max.GetCentre()})
+    CNuCircle c[4] = {CNuCircle(1.0), CNuCircle(1.0), CNuCircle(1.0), CNuCircle(1.0)};
+    line.FitMinZone(p[0], &v[0], dTol, 200);
+    plane.FitMinZone(p[1], &v[1], dTol);
+    c[0].Fit(p[2], &v[2], &v[3], 100);
+    c[1].FitMinZone(p[2], &v[4], dTol, 200);
+    c[2].FitMin(p[2], dTol);
+    c[3].FitMax(p[2], dTol);
+    for (const CNuPoint& q : {line.GetPoint(), plane.GetPoint(), c[0].GetCentre(),
+                              c[1].GetCentre(), c[2].GetCentre(), c[3].GetCentre()})
         v.insert(v.end(), {q.x(), q.y(), q.z()});
-    v.insert(v.end(), {max.GetRadius(), line.GetDirection()[1], plane.GetNormal()[1]});
-    v.push_back(ls.FitEx(p[3], 10));
+    v.insert(v.end(), {c[2].GetRadius(), c[3].GetRadius(), line.GetDirection()[1],
+                       plane.GetNormal()[1], static_cast<double>(c[0].FitEx(p[3], 10))});
     return v;
 }
 
@@ -48,26 +47,24 @@ TEST(FitThreads, FitsOnFourThreadsEqualTheSingleThreadResultsBitForBit) {
         p[2].Add(CNuPoint(2.0 + r * std::cos(t), -1.0 + r * std::sin(t), 0.5));
         if (i < 3) p[3].Add(CNuPoint(i, i == 1 ? 5e-10 : 0.0, 0.0));
     }
-    constexpr int kThreads = 4;
-    const double adTol[kThreads] = {1e-12, 1e-11, 1e-9, 1e-8};
+    const std::vector<double> tolerances = {1e-12, 1e-11, 1e-9, 1e-8};
     std::vector<std::vector<double>> expected;
-    for (double dTol : adTol) {
+    for (double dTol : tolerances) {
         test::ScopedTolerance guard(NuGetLengthTol, NuSetLengthTol, dTol);
         expected.push_back(FitAll(p));
     }
     ASSERT_NE(expected.front(), expected.back()) << "the tolerances must matter to see a mix-up";
-    int anMismatches[kThreads] = {};
+    std::vector<int> mismatches(tolerances.size(), 0);
     std::vector<std::thread> threads;
-    for (int k = 0; k < kThreads; ++k)
+    for (std::size_t k = 0; k < tolerances.size(); ++k)
         threads.emplace_back([&, k] {
-            NuSetLengthTol(adTol[k]);
+            NuSetLengthTol(tolerances[k]);
             for (int nRound = 0; nRound < 50; ++nRound)
-                anMismatches[k] += FitAll(p) != expected[static_cast<std::size_t>(k)];
+                mismatches[k] += FitAll(p) != expected[k];
         });
     for (std::thread& t : threads)
         t.join();
-    for (int k = 0; k < kThreads; ++k)
-        EXPECT_EQ(anMismatches[k], 0) << "thread " << k << " of length tolerance " << adTol[k];
+    EXPECT_EQ(mismatches, std::vector<int>(tolerances.size(), 0)) << "rounds that differed";
 }
 
 }  // namespace
