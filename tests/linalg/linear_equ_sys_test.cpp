@@ -30,9 +30,9 @@ TEST(LinearEquSys, SolvesEveryKindOfSystemAndReusesItsFactors) {
         rankFour.GetData()[i][4] = rankFour.GetData()[i][0] - rankFour.GetData()[i][1];
         rankFour.GetData()[i][5] = 2.0 * rankFour.GetData()[i][2];
     }
-    for (const CNuMatrix& A : {test::WellConditioned(rng, 8), test::RandomMatrix(rng, 30, 2),
-                               test::RandomMatrix(rng, 60, 5), rankFour,
-                               test::RandomMatrix(rng, 3, 7)}) {
+    for (const CNuMatrix& A :
+         {test::WellConditioned(rng, 8), test::RandomMatrix(rng, 30, 2),
+          test::RandomMatrix(rng, 60, 5), rankFour, test::RandomMatrix(rng, 3, 7)}) {
         const int m = A.GetRowSize(), nKind = m == 8 ? 0 : 1;
         SCOPED_TRACE(std::to_string(m) + " x " + std::to_string(A.GetColumnSize()));
         CNuVector b = test::RandomVector(rng, m), c = test::RandomVector(rng, m);
@@ -118,8 +118,8 @@ TEST(LinearEquSys, NearSingularSystemsGiveBackwardStableAnswersOrTheSingularOutc
     const struct {
         int n;
         double dZero;
-    } aCases[] = {{8, dDefault}, {10, dDefault}, {12, dDefault}, {13, dDefault}, {10, 1e-13},
-                  {12, 1e-13}};
+    } aCases[] = {{8, dDefault},  {10, dDefault}, {12, dDefault},
+                  {13, dDefault}, {10, 1e-13},    {12, 1e-13}};
     for (const auto& c : aCases) {
         SCOPED_TRACE("Hilbert " + std::to_string(c.n) + ", zero " + std::to_string(c.dZero));
         test::ScopedTolerance guard(NuGetZero, NuSetZero, c.dZero);
@@ -129,7 +129,8 @@ TEST(LinearEquSys, NearSingularSystemsGiveBackwardStableAnswersOrTheSingularOutc
             for (int j = 0; j < c.n; ++j)
                 E(i, j) = 1.0 / (i + j + 1);
         const CNuVector b = test::FromEigen(Eigen::VectorXd(E.rowwise().sum()));
-        const double dBound = kBackward * c.n * test::kUlp * E.cwiseAbs().rowwise().sum().maxCoeff();
+        const double dBound =
+            kBackward * c.n * test::kUlp * E.cwiseAbs().rowwise().sum().maxCoeff();
         for (int nKind = 0; nKind < (c.dZero == dDefault ? 2 : 1); ++nKind) {
             CNuLinearEquSys system(nKind);
             system.Solve(test::FromEigen(E), b);
@@ -143,8 +144,10 @@ TEST(LinearEquSys, NearSingularSystemsGiveBackwardStableAnswersOrTheSingularOutc
         const Eigen::MatrixXd X = ToEigen(test::FromEigen(E).Inverse(&eStatus));
         const double dNormX = X.cwiseAbs().rowwise().sum().maxCoeff();
         EXPECT_EQ(eStatus, bSolved ? eNuStatusOk : eNuStatusFailed);
-        EXPECT_LE((E * X - Eigen::MatrixXd::Identity(c.n, c.n)).cwiseAbs().rowwise().sum().maxCoeff(),
-                  bSolved ? dBound * dNormX : 1.0) << "|X| " << dNormX;
+        EXPECT_LE(
+            (E * X - Eigen::MatrixXd::Identity(c.n, c.n)).cwiseAbs().rowwise().sum().maxCoeff(),
+            bSolved ? dBound * dNormX : 1.0)
+            << "|X| " << dNormX;
         EXPECT_TRUE(bSolved || dNormX == 0.0) << "a refused inverse is the zero matrix";
     }
 }
@@ -179,8 +182,8 @@ TEST(LinearEquSys, NonNegativeLeastSquaresMeetsItsOptimalityConditionsAndNeverCy
         ASSERT_EQ(x.size(), A.GetColumnSize());
         for (int j = 0; j < x.size(); ++j) {
             nBoundSeen += x(j) == 0.0;
-            EXPECT_TRUE(x(j) >= 0.0 && (x(j) > 0.0 ? std::fabs(w(j)) < kDualOnPassive
-                                                   : w(j) <= dTol + kDualNoise))
+            EXPECT_TRUE(x(j) >= 0.0 &&
+                        (x(j) > 0.0 ? std::fabs(w(j)) < kDualOnPassive : w(j) <= dTol + kDualNoise))
                 << "case " << nCase << ", j " << j << ": x " << x(j) << ", dual " << w(j);
         }
     }

@@ -30,7 +30,8 @@ TEST(MatrixLu, FactorsReproduceThePermutedMatrixAndDeterminantsAgreeWithEigen) {
         const Eigen::MatrixXd l = ToEigen(L), u = ToEigen(U), p = ToEigen(P);
         EXPECT_LT((p * ToEigen(A) - l * u).cwiseAbs().maxCoeff(), kFactorError) << n;
         EXPECT_TRUE(Eigen::MatrixXd(l.triangularView<Eigen::UnitLower>()) == l &&
-                    Eigen::MatrixXd(u.triangularView<Eigen::Upper>()) == u) << "shapes, n " << n;
+                    Eigen::MatrixXd(u.triangularView<Eigen::Upper>()) == u)
+            << "shapes, n " << n;
         EXPECT_TRUE(p.rowwise().sum().isOnes(0) && p.colwise().sum().isOnes(0)) << p;
         CNuIntArray index = test::Ints({42});
         int nParity = 0, nSingular = -1, nExchanges = 0;
@@ -96,7 +97,8 @@ TEST(MatrixLu, InversesAreAccurateOrTheZeroMatrixWithFailedStatus) {
         Eigen::MatrixXd X = ToEigen(A.Inverse(&eStatus));
         EXPECT_EQ(eStatus, eNuStatusOk);
         EXPECT_LT((ToEigen(A) * X - Eigen::MatrixXd::Identity(n, n)).cwiseAbs().maxCoeff(),
-                  kInverseError) << n;
+                  kInverseError)
+            << n;
     }
     for (const CNuMatrix& S :
          {CNuMatrix(1, 1), test::Mat({{1, 2, 0, 1}, {2, 4, 1, 1}, {3, 6, 4, 1}, {4, 8, 9, 1}})}) {

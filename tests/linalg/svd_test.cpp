@@ -51,9 +51,9 @@ TEST(Svd, RebuildsEveryShapeFromOrthonormalFactorsAndCutsTheRank) {
     test::Random rng;
     const struct {
         int m, n, r;
-    } aCases[] = {{1, 1, 1},   {1, 6, 1},   {6, 1, 1},   {3, 5, 3},   {5, 3, 3},  {4, 4, 4},
-                  {9, 17, 9},  {17, 9, 9},  {30, 30, 30}, {7, 40, 7}, {60, 60, 60}, {50, 20, 20},
-                  {7, 5, 1},   {6, 6, 2},   {100000, 3, 3}};
+    } aCases[] = {{1, 1, 1},    {1, 6, 1},    {6, 1, 1},  {3, 5, 3},    {5, 3, 3},
+                  {4, 4, 4},    {9, 17, 9},   {17, 9, 9}, {30, 30, 30}, {7, 40, 7},
+                  {60, 60, 60}, {50, 20, 20}, {7, 5, 1},  {6, 6, 2},    {100000, 3, 3}};
     for (const auto& c : aCases) {
         SCOPED_TRACE(std::to_string(c.m) + " x " + std::to_string(c.n) + " rank " +
                      std::to_string(c.r));
@@ -72,7 +72,9 @@ TEST(Svd, RebuildsEveryShapeFromOrthonormalFactorsAndCutsTheRank) {
                   kBackward);
         // U^T U of the tall matrix sums 10^5 products per entry.
         EXPECT_LT((mask.asDiagonal() * (U.transpose() * U) * mask.asDiagonal() -
-                   Eigen::MatrixXd(mask.asDiagonal())).cwiseAbs().maxCoeff(),
+                   Eigen::MatrixXd(mask.asDiagonal()))
+                      .cwiseAbs()
+                      .maxCoeff(),
                   c.m < 1000 ? kBackward : 1e-11);
         EXPECT_EQ((w.array() != 0.0).count(), c.r) << "w " << w.transpose();
         EXPECT_GE(w.minCoeff(), 0.0);
@@ -112,8 +114,9 @@ TEST(Svd, NonFiniteDataFailWithAStoredCauseAndNeverHang) {
             } catch (const CNuOperationException& e) {
                 const bool bIndex = e.m_nCause == 103;
                 nSeen103 += bIndex;
-                EXPECT_EQ(std::string(e.m_szName) + " in " + e.m_szLocation,
-                          bIndex ? "element operator[] in CNuVector" : "calculation in CNuMatrix::SVD()");
+                EXPECT_EQ(
+                    std::string(e.m_szName) + " in " + e.m_szLocation,
+                    bIndex ? "element operator[] in CNuVector" : "calculation in CNuMatrix::SVD()");
                 EXPECT_TRUE(bIndex ? e.m_nValue1 == 0 && e.m_nValue2 == 3 : e.m_nCause == 146)
                     << test::MessageOf(e);
             }
@@ -167,12 +170,12 @@ TEST(Svd, FactorsMatchTheDigestsOfTheColumnByColumnForm) {
         EFill eFill;
         std::uint64_t nDigest;
     } aCases[] = {
-        {1, 1, eRandom, 0xe287b57a1095c8ddu},       {1, 5, eRandom, 0x3b072847bcaf736du},
-        {5, 1, eRandom, 0x13650a38178d1912u},       {7, 4, eRandom, 0x307010ca2b2050bcu},
-        {4, 7, eRandom, 0x84f732e3c3958f8eu},       {60, 13, eRandom, 0x66196c0bbccab0beu},
-        {300, 3, eRandom, 0xe84190ad94843cbfu},     {200, 6, eRandom, 0x7c0f34ffd529e90fu},
-        {90, 90, eRandom, 0x1238a5e8e06797adu},     {9, 6, eRankDeficient, 0x9c75c61fb2224f67u},
-        {40, 4, eZeroColumn, 0x2b17b1156128afebu},  {30, 5, eZeroRowTail, 0x0750867ecc88782fu},
+        {1, 1, eRandom, 0xe287b57a1095c8ddu},      {1, 5, eRandom, 0x3b072847bcaf736du},
+        {5, 1, eRandom, 0x13650a38178d1912u},      {7, 4, eRandom, 0x307010ca2b2050bcu},
+        {4, 7, eRandom, 0x84f732e3c3958f8eu},      {60, 13, eRandom, 0x66196c0bbccab0beu},
+        {300, 3, eRandom, 0xe84190ad94843cbfu},    {200, 6, eRandom, 0x7c0f34ffd529e90fu},
+        {90, 90, eRandom, 0x1238a5e8e06797adu},    {9, 6, eRankDeficient, 0x9c75c61fb2224f67u},
+        {40, 4, eZeroColumn, 0x2b17b1156128afebu}, {30, 5, eZeroRowTail, 0x0750867ecc88782fu},
         {3, 4, eSparse, 0xaaec788ccf751a05u},
     };
     for (const auto& c : aCases) {

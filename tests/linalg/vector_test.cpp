@@ -82,17 +82,25 @@ TEST(Vector, CopiesAndAssignmentsAcrossSizesAreDeepAndIndependent) {
 TEST(Vector, PredicatesAreStrict) {
     CNuVector x(1.0, 0.0, 0.0), nearX(1.0, 1e-3, 0.0), nearY(1e-3, 5.0, 0.0), two(2);
     const CNuVector oneDegree(std::cos(Degrees(1.0)), std::sin(Degrees(1.0)), 0.0);
-    const std::vector<int> seen = {
-        CNuVector(1.0, 2.0, 3.0).IsPositive(),  CNuVector(1.0, 0.0, 3.0).IsPositive(),
-        CNuVector(1.0, 0.0, 3.0).IsNonNegative(), CNuVector(1.0, -1e-300, 3.0).IsNonNegative(),
-        CNuVector(0.5, -0.5, 0.0).IsZero(0.6),  CNuVector(0.5, -0.5, 0.0).IsZero(0.5),
-        x.IsParallelTo(nearX * 3.0, 2e-3),      x.IsParallelTo(nearX, 5e-4),
-        x.IsOrthogonalTo(nearY, 3e-4),          x.IsOrthogonalTo(nearY, 1e-4),
-        x.IsParallelTo(-x, 1e-9),               x.IsEqual(-x, 10.0),
-        x.IsEqual(oneDegree, 1e-3),             x.IsEqual(CNuVector(1.0, 1e-11, 0.0), 1e-12),
-        x.IsEqual(x, 0.0),                      x.IsEqual(CNuVector(4), 10.0),
-        two.IsEqual(Vec({0.0, 0.01}), 0.02),    two.IsEqual(Vec({0.0, 0.01}), 0.01),
-        CNuVector().IsEqual(CNuVector(0.0, 0.0, 1e-9), 1e-8)};
+    const std::vector<int> seen = {CNuVector(1.0, 2.0, 3.0).IsPositive(),
+                                   CNuVector(1.0, 0.0, 3.0).IsPositive(),
+                                   CNuVector(1.0, 0.0, 3.0).IsNonNegative(),
+                                   CNuVector(1.0, -1e-300, 3.0).IsNonNegative(),
+                                   CNuVector(0.5, -0.5, 0.0).IsZero(0.6),
+                                   CNuVector(0.5, -0.5, 0.0).IsZero(0.5),
+                                   x.IsParallelTo(nearX * 3.0, 2e-3),
+                                   x.IsParallelTo(nearX, 5e-4),
+                                   x.IsOrthogonalTo(nearY, 3e-4),
+                                   x.IsOrthogonalTo(nearY, 1e-4),
+                                   x.IsParallelTo(-x, 1e-9),
+                                   x.IsEqual(-x, 10.0),
+                                   x.IsEqual(oneDegree, 1e-3),
+                                   x.IsEqual(CNuVector(1.0, 1e-11, 0.0), 1e-12),
+                                   x.IsEqual(x, 0.0),
+                                   x.IsEqual(CNuVector(4), 10.0),
+                                   two.IsEqual(Vec({0.0, 0.01}), 0.02),
+                                   two.IsEqual(Vec({0.0, 0.01}), 0.01),
+                                   CNuVector().IsEqual(CNuVector(0.0, 0.0, 1e-9), 1e-8)};
     EXPECT_EQ(seen, std::vector<int>({1, 0, 1, 0, 1, 0, 1, 0, 1, 0, 1, 0, 0, 1, 0, 0, 1, 0, 1}));
 }
 
@@ -135,7 +143,7 @@ TEST(Vector, EveryRefusalStoresItsCauseNameAndLocation) {
         {[&] { b.OrthonormalY(&axis); }, 110, "calculation", "CNuVector::OrthonormalY()"},
     });
     EXPECT_EQ((v * 1e300)[2], 3e300);  // a factor of exactly Large passes
-    zero.Rotate(10.0, CNuVector(4));  // nothing to rotate, or no angle: the axis goes unchecked
+    zero.Rotate(10.0, CNuVector(4));   // nothing to rotate, or no angle: the axis goes unchecked
     v.Rotate(1e-301, CNuVector(2));
     EXPECT_TRUE(zero.Magnitude() == 0.0 && Elements(v) == V({1.0, 2.0, 3.0}));
 }
@@ -161,7 +169,8 @@ TEST(Vector, ProductsObeyTheirIdentities) {
 
 // Rotation matrices are proper; the named axes agree with the general form; quarter turns are
 // exact. Rotating forth and back restores a vector (a vector has no position, so the centre of
-// the turn is irrelevant), and the axis and angle found between two vectors carry one onto the other.
+// the turn is irrelevant), and the axis and angle found between two vectors carry one onto the
+// other.
 TEST(Vector, RotationsAreProperAndInvertible) {
     test::Random rng;
     const CNuPoint centre(5.0, -3.0, 2.0);
