@@ -1,6 +1,7 @@
 // Matrices: shape and factories, element, row, column and block access with their checks in
 // order, predicates, arithmetic against Eigen as an oracle; the LU factorisation with its pivot
-// rule and vanishing-pivot scaling, determinants and inverses.
+// rule and vanishing-pivot scaling, and determinants. Inverses are tested with the near-singular
+// solves.
 #include <cmath>
 #include <limits>
 #include <vector>
@@ -22,8 +23,6 @@ constexpr double kProduct = 1e-13;
 
 // Backward error of partial-pivoting LU on well-scaled data of order 1 and size up to 12.
 constexpr double kFactorError = 1e-14;
-// A A^-1 - I for diagonally dominant matrices (condition number below 10).
-constexpr double kInverseError = 1e-13;
 // Determinants against Eigen's own LU: same conditioning, different rounding order.
 constexpr double kDeterminantRelative = 1e-12;
 
@@ -130,10 +129,7 @@ TEST(Matrix, ArithmeticAgreesWithEigenAndTransposesFollowTheProductRulesExactly)
         EXPECT_LE(MaxDifference(a * b.GetColumnVector(0), Eigen::VectorXd(ea * eb.col(0))),
                   kProduct);
         EXPECT_LE(MaxDifference((a + a * 2.0 - a / 4.0) * -1.0 + 2.0 * -a, -4.75 * ea), kProduct);
-        c += a;
-        c -= a * 4.0;
-        c *= 3.0;
-        c /= -4.0;
+        (((c += a) -= a * 4.0) *= 3.0) /= -4.0;
         EXPECT_LE(MaxDifference(c, 1.5 * ea), kProduct);
         EXPECT_EQ(MaxDifference((a * b).Transpose(), b.Transpose() * a.Transpose()) +
                       MaxDifference(a.PreMultiplyTranspose(), a.Transpose() * a) +
@@ -190,31 +186,10 @@ TEST(Matrix, PivotsFollowTheRowScaledFiguresAndVanishingPivotsMarkTheMatrixSingu
         c.A.LUD(&index, &d, &s);
         EXPECT_TRUE(test::Elements(index) == c.pivots && s == c.nSingular) << "singular " << s;
         const double dFactor = c.dZero > 1e-300 ? 1.0 / (NuGetTol() * NuGetTol()) : 0.0;
-        EXPECT_TRUE(!dFactor ||
+        EXPECT_TRUE(dFactor == 0.0 ||
                     (c.A.GetData()[0][0] == 2e-4 && c.A.GetData()[1][0] == 1e-4 * dFactor &&
                      c.A.GetData()[2][0] == 5e-5 * dFactor))
             << ToEigen(c.A);
-    }
-}
-
-// Singular matrices (a zero 1 by 1, an exactly zero pivot) have the zero matrix as inverse.
-TEST(Matrix, InversesAreAccurateOrTheZeroMatrixWithFailedStatus) {
-    test::Random rng;
-    for (int n : {1, 2, 3, 4, 9, 16}) {
-        CNuMatrix A = test::WellConditioned(rng, n);
-        ENuStatus eStatus = eNuStatusFailed;
-        Eigen::MatrixXd X = ToEigen(A.Inverse(&eStatus));
-        EXPECT_EQ(eStatus, eNuStatusOk);
-        EXPECT_LT((ToEigen(A) * X - Eigen::MatrixXd::Identity(n, n)).cwiseAbs().maxCoeff(),
-                  kInverseError)
-            << n;
-    }
-    for (const CNuMatrix& S :
-         {CNuMatrix(1, 1), test::Mat({{1, 2, 0, 1}, {2, 4, 1, 1}, {3, 6, 4, 1}, {4, 8, 9, 1}})}) {
-        ENuStatus eStatus = eNuStatusOk;
-        CNuMatrix X = S.Inverse(&eStatus);
-        EXPECT_EQ(eStatus, eNuStatusFailed);
-        EXPECT_TRUE(X.GetRowSize() == S.GetRowSize() && X.IsZero(1e-300)) << ToEigen(X);
     }
 }
 

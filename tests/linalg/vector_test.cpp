@@ -142,23 +142,18 @@ TEST(Vector, GeometricOperationsObeyTheirIdentities) {
     const CNuPoint centre(5.0, -3.0, 2.0);
     const CNuVector zAxis(0.0, 0.0, 2.0);
     for (int n = 0; n < 100; ++n) {
-        CNuVector a = RandomVector(rng), b = RandomVector(rng), c = a * b, e = a, w = a, found, x,
-                  y;
+        CNuVector a = RandomVector(rng), b = RandomVector(rng), c = a * b, e = a, w = a, x, y;
         const double dScale = a.Magnitude() * b.Magnitude(), dDegrees = rng.Uniform(-400, 400);
         EXPECT_LT(std::fabs(c % a) + std::fabs(c % b), 2 * kGeometry * dScale * dScale);
         EXPECT_NEAR(c % c + (a % b) * (a % b), (a % a) * (b % b), kGeometry * dScale * dScale);
         EXPECT_EQ((a & b).Sum(), a[0] * b[0] + a[1] * b[1] + a[2] * b[2]);
-        e += b;
-        e -= a * 2.0;
-        e *= 3.0;
-        e /= 3.0;
+        (((e += b) -= a * 2.0) *= 3.0) /= 3.0;
         EXPECT_NEAR(Distance(-(e + a) / 2.0, -b / 2.0), 0.0, kGeometry);
         CNuMatrix r = CNuGeometry::RotationMatrix(dDegrees, b);
         EXPECT_TRUE(r.IsOrthogonal(kGeometry) &&
                     std::fabs(test::ToEigen(r).determinant() - 1.0) < kGeometry);
         const auto eAxis = static_cast<CNuGeometry::EAxisType>(n % 3);
-        CNuVector unit;
-        unit[eAxis] = 5.0;
+        const CNuVector unit = CNuVector(eAxis == 0, eAxis == 1, eAxis == 2) * 5.0;
         EXPECT_LT(test::MaxDifference(CNuGeometry::RotationMatrix(dDegrees, eAxis),
                                       CNuGeometry::RotationMatrix(dDegrees, unit)),
                   kGeometry);
@@ -169,6 +164,7 @@ TEST(Vector, GeometricOperationsObeyTheirIdentities) {
         w.Rotate(-dDegrees, eAxis);
         EXPECT_NEAR(Distance(w, a), 0.0, kGeometry);
         double dRadians = 0.0;
+        CNuVector found;
         a.GetRotationAxis(b, found, dRadians);
         CNuVector turned = a * a.GetRotationMatrix(dRadians, found);
         EXPECT_NEAR(Distance(turned / a.Magnitude(), b / b.Magnitude()), 0.0, kGeometry);
