@@ -112,44 +112,43 @@ TEST(LinearEquSys, SingularSolvingGivesAFiniteAnswerAndModesActOnlyInTheirKindOf
 // Hilbert matrices (condition up to 1e18) are not refused while every pivot stays above the zero
 // tolerance: the answer may be far from the true one, but it is backward stable, |A x - b| <=
 // kBackward n eps |A| |x| in infinity norms, and so is the inverse. A zero tolerance above the
-// smallest pivot (6e-15 for n = 12) gives the singular outcome: no solution, and the zero matrix
-// with failed status as inverse. Least squares run with the default tolerance only.
+// smallest pivot (6e-15 for n = 12, 3e-16 for n = 13) gives the singular outcome: no solution, and
+// the zero matrix with failed status as inverse. Least squares run with the default tolerance only.
 TEST(LinearEquSys, NearSingularSystemsGiveBackwardStableAnswersOrTheSingularOutcome) {
     // Partial-pivoting LU and the truncated SVD leave residuals of a few n eps |A| |x| at most.
     constexpr double kBackward = 2.0;
     const double dDefault = NuGetZero();
-    for (const auto& c :
-         {std::make_pair(1, dDefault), std::make_pair(3, dDefault), std::make_pair(8, dDefault),
-          std::make_pair(10, dDefault), std::make_pair(12, dDefault), std::make_pair(13, dDefault),
-          std::make_pair(10, 1e-13), std::make_pair(12, 1e-13)}) {
-        const int n = c.first;
-        SCOPED_TRACE("Hilbert " + std::to_string(n) + ", zero " + std::to_string(c.second));
-        test::ScopedTolerance guard(NuGetZero, NuSetZero, c.second);
-        const bool bSolved = n < 12 || c.second == dDefault;
-        Eigen::MatrixXd E(n, n);
-        for (int k = 0; k < n * n; ++k)
-            E(k / n, k % n) = 1.0 / (k / n + k % n + 1);
-        const CNuMatrix A = test::FromEigen(E);
-        const Eigen::VectorXd b = E.rowwise().sum();
-        const double dBound = kBackward * n * test::kUlp * E.cwiseAbs().rowwise().sum().maxCoeff();
-        for (int nKind = 0; nKind < (c.second == dDefault ? 2 : 1); ++nKind) {
-            CNuLinearEquSys system(nKind);
-            system.Solve(A, test::FromEigen(b));
-            ASSERT_EQ(system.SolutionExists(), bSolved ? eNuTrue : eNuFalse) << "kind " << nKind;
-            const Eigen::VectorXd x = ToEigen(system.GetSolution());
-            EXPECT_TRUE(!bSolved ||
-                        (E * x - b).cwiseAbs().maxCoeff() <= dBound * x.cwiseAbs().maxCoeff())
-                << "kind " << nKind << ", x " << x.transpose();
+    for (double dZero : {dDefault, 1e-13})
+        for (int n : {1, 3, 8, 10, 12, 13}) {
+            SCOPED_TRACE("Hilbert " + std::to_string(n) + ", zero " + std::to_string(dZero));
+            test::ScopedTolerance guard(NuGetZero, NuSetZero, dZero);
+            const bool bSolved = n < 12 || dZero == dDefault;
+            Eigen::MatrixXd E(n, n);
+            for (int k = 0; k < n * n; ++k)
+                E(k / n, k % n) = 1.0 / (k / n + k % n + 1);
+            const CNuMatrix A = test::FromEigen(E);
+            const Eigen::VectorXd b = E.rowwise().sum();
+            const double dBound =
+                kBackward * n * test::kUlp * E.cwiseAbs().rowwise().sum().maxCoeff();
+            for (int nKind = 0; nKind < (dZero == dDefault ? 2 : 1); ++nKind) {
+                CNuLinearEquSys system(nKind);
+                system.Solve(A, test::FromEigen(b));
+                ASSERT_EQ(system.SolutionExists(), bSolved ? eNuTrue : eNuFalse)
+                    << "kind " << nKind;
+                const Eigen::VectorXd x = ToEigen(system.GetSolution());
+                EXPECT_TRUE(!bSolved ||
+                            (E * x - b).cwiseAbs().maxCoeff() <= dBound * x.cwiseAbs().maxCoeff())
+                    << "kind " << nKind << ", x " << x.transpose();
+            }
+            ENuStatus eStatus = eNuStatusFailed;
+            const Eigen::MatrixXd X = ToEigen(A.Inverse(&eStatus));
+            const double dNormX = X.cwiseAbs().rowwise().sum().maxCoeff();
+            EXPECT_EQ(eStatus, bSolved ? eNuStatusOk : eNuStatusFailed);
+            const Eigen::MatrixXd R = E * X - Eigen::MatrixXd::Identity(n, n);
+            EXPECT_TRUE(bSolved ? R.cwiseAbs().rowwise().sum().maxCoeff() <= dBound * dNormX
+                                : dNormX == 0.0)
+                << "inverse, |X| " << dNormX;
         }
-        ENuStatus eStatus = eNuStatusFailed;
-        const Eigen::MatrixXd X = ToEigen(A.Inverse(&eStatus));
-        const double dNormX = X.cwiseAbs().rowwise().sum().maxCoeff();
-        EXPECT_EQ(eStatus, bSolved ? eNuStatusOk : eNuStatusFailed);
-        const Eigen::MatrixXd R = E * X - Eigen::MatrixXd::Identity(n, n);
-        EXPECT_TRUE(bSolved ? R.cwiseAbs().rowwise().sum().maxCoeff() <= dBound * dNormX
-                            : dNormX == 0.0)
-            << "inverse, |X| " << dNormX;
-    }
 }
 
 // x >= 0; the dual w = A^T (b - A x) vanishes where x > 0 (to the accuracy of the SVD solves) and

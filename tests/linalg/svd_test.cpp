@@ -1,7 +1,6 @@
-// Singular value decomposition: reconstruction, orthonormality and the rank cut on every shape,
-// agreement with LAPACK, failures on non-finite data, and bit identity with the column-by-column
-// form through recorded digests.
-#include <algorithm>
+// Singular value decomposition: reconstruction, orthonormality and the rank cut on every shape
+// (which make w the singular values, so no second solver is needed), failures on non-finite data,
+// and bit identity with the column-by-column form through recorded digests.
 #include <cmath>
 #include <cstdint>
 #include <cstring>
@@ -15,8 +14,6 @@ namespace {
 // Backward error and orthonormality of a stable decomposition with accumulated Householder and
 // Givens transformations: a few hundred roundings of the data's size.
 constexpr double kBackward = 1e-13;
-// Singular values of two backward-stable methods, relative to the largest.
-constexpr double kAgainstLapack = 1e-13;
 
 // w and V start with sizes unrelated to A: the decomposition reassigns them whatever they were.
 struct SSvd {
@@ -64,11 +61,6 @@ TEST(Svd, RebuildsEveryShapeFromOrthonormalFactorsAndCutsTheRank) {
                   c.m < 1000 ? kBackward : 1e-11);
         EXPECT_EQ((w.array() != 0.0).count(), c.r) << "w " << w.transpose();
         EXPECT_GE(w.minCoeff(), 0.0);
-        std::vector<double> lapack = test::LapackSingularValues(A),
-                            seen(r.w.GetData(), r.w.GetData() + c.n);
-        std::sort(seen.rbegin(), seen.rend());
-        for (std::size_t k = 0; k < lapack.size(); ++k)
-            EXPECT_NEAR(seen[k], lapack[k], kAgainstLapack * lapack[0]) << "value " << k;
     }
 }
 

@@ -84,8 +84,9 @@ TEST(Vector, PredicatesAreStrict) {
         CNuVector(1, 2, 3).IsPositive(), CNuVector(1, 0, 3).IsPositive(),
         CNuVector(1, 0, 3).IsNonNegative(), CNuVector(1, -1e-300, 3).IsNonNegative(),
         CNuVector(0.5, -0.5, 0).IsZero(0.6), CNuVector(0.5, -0.5, 0).IsZero(0.5),
-        x.IsParallelTo(nearX * 3.0, 2e-3), x.IsParallelTo(nearX, 5e-4), x.IsOrthogonalTo(nearY, 3e-4),
-        x.IsOrthogonalTo(nearY, 1e-4), x.IsParallelTo(-x, 1e-9), x.IsEqual(-x, 10.0),
+        x.IsParallelTo(nearX * 3.0, 2e-3), x.IsParallelTo(nearX, 5e-4),
+        x.IsOrthogonalTo(nearY, 3e-4), x.IsOrthogonalTo(nearY, 1e-4), x.IsParallelTo(-x, 1e-9),
+        x.IsEqual(-x, 10.0),
         x.IsEqual(oneDegree, 1e-3), x.IsEqual(CNuVector(1.0, 1e-11, 0.0), 1e-12), x.IsEqual(x, 0.0),
         x.IsEqual(CNuVector(4), 10.0), two.IsEqual(Vec({0.0, 0.01}), 0.02),
         two.IsEqual(Vec({0.0, 0.01}), 0.01), CNuVector().IsEqual(CNuVector(0, 0, 1e-9), 1e-8)};
