@@ -94,9 +94,9 @@ TEST(BinaryDump, TheWriterRaisesWhenTheFileCannotBeOpenedOrWritten) {
     CNuVector v(1.0, 2.0, 3.0);
     const char* pszFull = "Read only file.. Unable to write into file";
     test::ExpectFailures<CNuOperationException>({
-        {[&] { A.BinaryDump("/nonexistent-numorix-dir/f"); }, 147, "Open a Binary file",
-         "CNuMatrix"},
-        {[&] { v.BinaryDump(nullptr); }, 147, "Open a Binary file", "CNuVector"},
+        {[&] { v.BinaryDump("/nonexistent-numorix-dir/f"); }, 147, "Open a Binary file",
+         "CNuVector"},
+        {[&] { A.BinaryDump(nullptr); }, 147, "Open a Binary file", "CNuMatrix"},
         {[&] { A.BinaryDump("/dev/full"); }, 148, pszFull, "CNuMatrix"},  // opens, refuses data
         {[&] { v.BinaryDump("/dev/full"); }, 148, pszFull, "CNuVector"},
     });

@@ -63,7 +63,7 @@ TEST(Matrix, RefusalsStoreTheirCauseNameLocationAndRange) {
         << "a refusal changed its object or arguments";
 }
 
-TEST(Matrix, RowsColumnsBlocksAndAssignmentsRoundTrip) {
+TEST(Matrix, RowsColumnsAndBlocksRoundTrip) {
     test::Random rng;
     CNuMatrix m = RandomMatrix(rng, 3, 4), t(4, 3), back(3, 4);
     for (int i = 0; i < 3; ++i) {
@@ -71,9 +71,6 @@ TEST(Matrix, RowsColumnsBlocksAndAssignmentsRoundTrip) {
         back.SetRowVector(i, t.GetColumnVector(i));
     }
     EXPECT_EQ(MaxDifference(t, Eigen::MatrixXd(ToEigen(m).transpose())), 0.0);
-    EXPECT_EQ(MaxDifference(back, m), 0.0);
-    back = t * 2.0;
-    back = m;  // another shape, then the same shape: copied in place
     EXPECT_EQ(MaxDifference(back, m), 0.0);
     for (const auto& c : {std::make_pair(1, 3), std::make_pair(0, 4), std::make_pair(4, 4)}) {
         const int r1 = c.first, c1 = c.first % 3, nRows = c.second - c.first + 1, nColumns = 6 - c1;
