@@ -1,6 +1,7 @@
 // Singular value decomposition: reconstruction, orthonormality and the rank cut on every shape
 // (which make w the singular values, so no second solver is needed), failures on non-finite data,
 // and bit identity with the column-by-column form through recorded digests.
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <cstring>
