@@ -109,12 +109,12 @@ TEST(LinearEquSys, SingularSolvingGivesAFiniteAnswerAndModesActOnlyInTheirKindOf
     EXPECT_LT(MaxDifference(exact.GetSolution(), test::Vec({0.8, -0.6})), kSolution);
 }
 
-// Hilbert matrices (condition numbers up to beyond 1e16) are not refused while every pivot stays
-// above the zero tolerance: the answer may be far from the true one, but it is backward stable, |A
-// x - b| <= kBackward n eps |A| |x| in infinity norms, and so is the inverse. A zero tolerance
-// above the smallest pivot (6e-15 for n = 12, 3e-16 for n = 13) gives the singular outcome: no
-// solution, and the zero matrix with failed status as inverse. Least squares run with the default
-// tolerance only.
+// Hilbert matrices (condition numbers up to beyond 1e16) are not refused while every pivot
+// stays above the zero tolerance: the answer may be far from the true one, but it is backward
+// stable, |A x - b| <= kBackward n eps |A| |x| in infinity norms, and so is the inverse. A zero
+// tolerance above the smallest pivot (6e-15 for n = 12, 3e-16 for n = 13) gives the singular
+// outcome: no solution, and the zero matrix with failed status as inverse. Least squares run
+// with the default tolerance only.
 TEST(LinearEquSys, NearSingularSystemsGiveBackwardStableAnswersOrTheSingularOutcome) {
     // Partial-pivoting LU and the truncated SVD leave residuals of a few n eps |A| |x| at most.
     constexpr double kBackward = 2.0;
