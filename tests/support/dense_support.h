@@ -1,23 +1,15 @@
-// Dense helpers of the linear algebra and fit tests: conversions between CNuMatrix / CNuVector and
-// Eigen (the oracle for products and solves), random matrices, and the LAPACK entry points used as
-// oracles.
+// Dense helpers of the linear algebra and geometry tests: conversions between CNuMatrix / CNuVector
+// and Eigen (the oracle for products and solves), random and well-conditioned matrices.
 #ifndef NUMORIX_TESTS_SUPPORT_DENSE_SUPPORT_H
 #define NUMORIX_TESTS_SUPPORT_DENSE_SUPPORT_H
 
 #include <Eigen/Dense>
 
 #include <initializer_list>
-#include <vector>
 
 #include "nu_test.h"
 #include "numorix/linalg/matrix.h"
 #include "numorix/linalg/vector.h"
-
-extern "C" {
-void dgesvd_(const char* jobu, const char* jobvt, const int* m, const int* n, double* a,
-             const int* lda, double* s, double* u, const int* ldu, double* vt, const int* ldvt,
-             double* work, const int* lwork, int* info);
-}
 
 namespace numorix {
 namespace test {
@@ -110,28 +102,6 @@ inline double MaxDifference(const CNuVector& a, const Eigen::VectorXd& b) {
 }
 inline double MaxDifference(const CNuVector& a, const CNuVector& b) {
     return MaxDifference(a, ToEigen(b));
-}
-
-// Singular values by LAPACK dgesvd, descending.
-inline std::vector<double> LapackSingularValues(const CNuMatrix& A) {
-    int m = A.GetRowSize();
-    int n = A.GetColumnSize();
-    Eigen::MatrixXd E = ToEigen(A);  // column-major, as LAPACK wants
-    std::vector<double> s(static_cast<std::size_t>(std::min(m, n)));
-    int lda = m;
-    int ldu = 1;
-    int ldvt = 1;
-    int lwork = -1;
-    int info = 0;
-    double dWork = 0.0;
-    dgesvd_("N", "N", &m, &n, E.data(), &lda, s.data(), nullptr, &ldu, nullptr, &ldvt, &dWork,
-            &lwork, &info);
-    lwork = static_cast<int>(dWork);
-    std::vector<double> work(static_cast<std::size_t>(lwork));
-    dgesvd_("N", "N", &m, &n, E.data(), &lda, s.data(), nullptr, &ldu, nullptr, &ldvt, work.data(),
-            &lwork, &info);
-    EXPECT_EQ(info, 0) << "dgesvd failed";
-    return s;
 }
 
 }  // namespace test
