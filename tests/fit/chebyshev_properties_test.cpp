@@ -40,13 +40,14 @@ double Answer(EFit eFit, const CNuPointArray& p, double dTol, CNuPoint* pInside)
 
 TEST(ChebyshevFits, KeepTheirAnswerUnderPermutationDuplicationInsidePointsAndScaling) {
     test::Random rng;
-    CNuPointArray lined(30), lobed(30),
-        slab = test::NearPlane(rng, CNuVector(1, 2, 3), 30, 10, 0.5);
+    CNuPointArray lined(30), lobed(30), slab(30);
     for (int i = 0; i < 30; ++i) {
-        double x = rng.Uniform(-10.0, 10.0), t = rng.Uniform(0.0, 2.0 * M_PI);
+        double x = rng.Uniform(-10.0, 10.0), y = rng.Uniform(-10.0, 10.0);
+        double t = rng.Uniform(0.0, 2.0 * M_PI);
         double r = 10.0 + 0.05 * std::cos(3.0 * t) + rng.Uniform(-0.01, 0.01);
         lined.Add(CNuPoint(x, 0.3 * x + 1.0 + rng.Uniform(-0.5, 0.5), 0.5));
         lobed.Add(CNuPoint(2.0 + r * std::cos(t), -1.0 + r * std::sin(t), 0.5));
+        slab.Add(CNuPoint(x, y, 0.2 * x - 0.4 * y + rng.Uniform(-0.5, 0.5)));
     }
     // The fits are asked for 1e-9 of the data's size (10); an answer may miss by a few such.
     constexpr double kFitTol = 1e-8;
