@@ -50,7 +50,7 @@ TEST(Complex, ArithmeticAndRootsAgreeWithStdComplexAtAnyScaleAndPredicatesAreStr
     EXPECT_TRUE(CNuComplex(1e-13, 2.0).IsImaginary(1e-12) &&
                 !CNuComplex(1e-12, 2.0).IsImaginary(1e-12));
     EXPECT_FALSE(CNuComplex(0.0, 1e-12).IsReal(1e-12));
-    EXPECT_TRUE(CNuComplex(1e-13, -1e-13).IsZero(1e-12));
+    EXPECT_TRUE(CNuComplex(1e-13, -1e-13).IsZero(1e-12) && !CNuComplex(1e-12, 0.0).IsZero(1e-12));
     EXPECT_FALSE(CNuComplex(1.0, 2.0).IsEqual(CNuComplex(1.0, 2.5), 0.5));
     EXPECT_TRUE(CNuComplex(1.0, 2.0).IsEqual(CNuComplex(1.0 + 1e-13, 2.0), 1e-12));
 }

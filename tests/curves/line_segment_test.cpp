@@ -39,6 +39,7 @@ TEST(LineSegment, RefusesEqualEndsAndGivesParametersOnItsLineAndTangentsAndBoxes
     test::ExpectNuFailure<Op>([&] { s.GetParameter(CNuPoint(2, 1e-9, 0)); }, 114, "calculation",
                               "CNuLineSegment::GetParameter()");
     EXPECT_TRUE(PointsNear(s.GetPoint(0.25), CNuPoint(1.5, 0, 0), 0.0));
+    EXPECT_EQ(CNuLineSegment(CNuPoint(1, 2, 3), CNuPoint(3, 5, 9)).Length(), 7.0);
     // A rigid position moves the ends and turns the tangent.
     CNuLineSegment moved(CNuPoint(1, 5, -1), CNuPoint(4, 9, -1));
     moved.Rotate(90.0, CNuGeometry::eZAxis);

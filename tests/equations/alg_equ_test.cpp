@@ -121,6 +121,11 @@ TEST(AlgEqu, FindsZeroClusteredMultipleAndScaledRootsWithinTheirConditioning) {
         {"x^4", {0.0, 0.0, 0.0, 0.0}, 0.0},
         {"quartic, lead 1e200", {1.0, 2.0, 3.0, 4.0}, kSimpleRoot, 1e200},
         {"quintic, lead 1e200", {1.0, 2.0, 3.0, 4.0, -5.0}, kSimpleRoot, 1e200},
+        {"degree 10, a pair far off the axis",  // a Laguerre step that needs its curvature
+         {2.581, -1.484, 0.704, 2.915, -1.107, 1.148, -2.751, -0.799, 1.37 + 2.533 * i,
+          1.37 - 2.533 * i},
+         kSimpleRoot,
+         0.7226},
     };
     for (const auto& c : cases)
         ExpectGoodRoots(c.pszName, Solved(Expand(c.roots, c.dLead)), c.roots, c.dTol);

@@ -3,6 +3,7 @@
 #include "numorix/fit/internal/fit_frame.h"
 #include "fit_test_support.h"
 #include "numorix/curves/circle.h"
+#include "numorix/curves/curve.h"
 
 namespace numorix {
 namespace {
@@ -24,6 +25,9 @@ TEST(FitEx, MapsNotConvergedAndEveryOtherFailureAndRestoresTheLengthTolerance) {
     test::ScopedTolerance guard(NuGetLengthTol, NuSetLengthTol, kThreadTol);
     CNuLine line;
     double dZone = -1.0;
+    EXPECT_EQ(std::vector<int>({eNuFitOk, eNuFitNotConverged, eNuFitFailed}),
+              std::vector<int>({0, 1, 2}))
+        << "the numbers callers store";
     EXPECT_EQ(line.FitMinZoneEx(kSquare, &dZone, 1e-6, 10), eNuFitOk);
     EXPECT_EQ(dZone, 1.0);
     EXPECT_EQ(line.FitMinZoneEx(kSquare, &dZone, 1e-6, 1), eNuFitNotConverged);
@@ -65,6 +69,34 @@ TEST(FitRefusals, EveryFitRefusesBadInputWithItsCauseAndLocation) {
         {[&] { line.FitMinZone(kTetra, &dZone, 1e-9, 10); }, 145, "FitMinZone", "CNuLine"},
         {[&] { circle.FitMinZone(kTetra, &dZone, 1e-9, 10); }, 145, "FitMinZone", "CNuCircle"},
     });
+}
+
+// The start of the conic fits is a protected helper of the curve family: the foci and semi-axis of
+// an exact rotated ellipse (semi-axes 3 and 1.5 about (1, 2), turned by 0.5), found to rounding
+// of a 5 by 5 solve on coordinates of order 1; an ellipse asked for as a hyperbola is refused.
+struct CurveStarts : CNuCurve {
+    using CNuCurve::CentredQuadraticFit;
+};
+
+TEST(ConicStart, GivesTheFociAndSemiAxisOfAnExactEllipse) {
+    constexpr double kClosedForm = 1e-11;
+    const double t = 0.5, f = std::sqrt(9.0 - 2.25);
+    CNuVector x(8), y(8), result(5);
+    for (int i = 0; i < 8; ++i) {
+        double u = 3.0 * std::cos(0.8 * i + 0.1), v = 1.5 * std::sin(0.8 * i + 0.1);
+        x[i] = 1.0 + u * std::cos(t) - v * std::sin(t);
+        y[i] = 2.0 + u * std::sin(t) + v * std::cos(t);
+    }
+    CurveStarts::CentredQuadraticFit(x, y, &result, 1);
+    const double dSign = (result[2] - result[0]) * std::cos(t) >= 0.0 ? f : -f;  // either order
+    EXPECT_TRUE(test::PointsNear(
+        CNuPoint(result[0], result[1], result[4]),
+        CNuPoint(1.0 - dSign * std::cos(t), 2.0 - dSign * std::sin(t), 3.0), kClosedForm));
+    EXPECT_TRUE(test::PointsNear(
+        CNuPoint(result[2], result[3], 0.0),
+        CNuPoint(1.0 + dSign * std::cos(t), 2.0 + dSign * std::sin(t), 0.0), kClosedForm));
+    test::ExpectNuFailure<CNuBestfitException>(
+        [&] { CurveStarts::CentredQuadraticFit(x, y, &result, 0); }, 206, nullptr, "CNuCurve");
 }
 
 }  // namespace

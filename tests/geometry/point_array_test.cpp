@@ -103,8 +103,10 @@ TEST(PointArray, ExtremeEdgesMatchABruteForceSearchFirstPairsWinningTiesAndBound
     }
     EXPECT_EQ(cloud.MaxEdge(&m, &n), dMax);
     EXPECT_EQ(cloud.MinEdge(&m, &n), dMin);
-    // The bounding sphere is the one about the box.
-    CNuPoint centre;
+    // The bounding sphere is the one about the box; an empty array's box is the origin.
+    CNuPoint centre, lo(1, 1, 1), hi(1, 1, 1);
+    CNuPointArray().BoundingBox(&lo, &hi);
+    EXPECT_TRUE(PointsNear(lo, CNuPoint(0, 0, 0), 0.0) && PointsNear(hi, lo, 0.0));
     double dRadius = -1.0;
     Points({{1, -2, 0}, {-3, 4, 2}, {0, 0, -6}}).BoundingSphere(&dRadius, &centre);
     EXPECT_TRUE(PointsNear(centre, CNuPoint(-1, 1, -2), test::kExact));

@@ -102,7 +102,7 @@ TEST(Vector, EveryRefusalStoresItsCauseNameAndLocation) {
     const char* pszAngle = "CNuVector::AngleWith()";
     const char* pszSub = "CNuVector::SubVector(i, j)";
     test::ExpectFailures<CNuConstructionException>({
-        {[] { CNuVector v(0); }, 1, "size", "CNuVector"},
+        {[] { CNuVector v(0); }, 1, "size", "CNuVector", 0},
     });
     test::ExpectFailures<CNuOperationException>({
         {[&] { b.SubVector(5, 4); }, 103, "operation", pszSub, 0, 3},  // range before order
@@ -186,6 +186,12 @@ TEST(Vector, SpecialCasesHaveExactAnswers) {
     CNuVector x(1.0, 0.0, 0.0), zero, v(1.0, 2.0, -3.0), z(0.0, 0.0, 2.0), e, y;
     x.Rotate(90.0, CNuGeometry::eZAxis);
     EXPECT_EQ(Elements(x), V({0.0, 1.0, 0.0}));
+    // 45 degrees give equal cosine and sine; 135 degrees are no such case.
+    CNuVector h(1.0, 0.0, 0.0), g(1.0, 0.0, 0.0);
+    h.Rotate(45.0, CNuGeometry::eZAxis);
+    g.Rotate(135.0, CNuGeometry::eZAxis);
+    EXPECT_EQ(h[0], h[1]);
+    EXPECT_LT(Distance(g, CNuVector(-std::sqrt(0.5), std::sqrt(0.5), 0.0)), kGeometry);
     zero.Rotate(10.0, CNuVector(4));
     v.Rotate(1e-301, CNuVector(2));
     EXPECT_TRUE(zero.Magnitude() == 0.0 && Elements(v) == V({1.0, 2.0, -3.0}));
@@ -199,6 +205,8 @@ TEST(Vector, SpecialCasesHaveExactAnswers) {
     EXPECT_EQ(e[0], 1.0);
     q.OrthonormalX(&e);  // a three-way tie takes z
     EXPECT_TRUE(e[2] == 0.0 && e[0] < 0.0) << e[0] << ", " << e[2];
+    CNuVector(0.1, 1.0, 2.0).OrthonormalX(&e);  // x is smallest: e = x cross v, no x component
+    EXPECT_EQ(e[0], 0.0);
     u.OrthonormalY(&y);
     flat.OrthonormalY(&e);
     EXPECT_TRUE(Elements(u) == V({0.6, 0.8, 0.0}) && Elements(flat) == V({0.6, 0.8}));
