@@ -12,7 +12,7 @@
 #include "numorix/curves/circle.h"
 #include "numorix/geometry/point_array.h"
 #include "peer_report.h"
-#include "tests/fit/circle_oracle.h"
+#include "circle_oracle.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-// Least-squares circles: agreement with an independent orthogonal fit (circle_oracle.h) on full
+// Least-squares circles: agreement with an independent orthogonal fit (support/circle_oracle.h) on full
 // circles, arcs, lobed profiles, points off their plane, offsets and radii over six decades, and
 // the form error reported with it; three points without iterating, the iteration limit; data far
 // from the origin and non-finite data.
