@@ -32,15 +32,14 @@ TEST(Pythag, NeitherOverflowsNorUnderflowsAndVanishesBelowTheZeroTolerance) {
 TEST(Sort, AllThreeFormsAgreeWithAStableSortOnRandomKeysWithTies) {
     test::Random rng;
     for (int n : {0, 1, 2, 17, 200}) {
-        std::vector<double> keys(static_cast<std::size_t>(n));
-        for (double& d : keys)
-            d = rng.Integer(0, 9);  // many ties
+        std::vector<double> keys(static_cast<std::size_t>(n)), companion(keys.size());
+        std::generate(keys.begin(), keys.end(), [&] { return rng.Integer(0, 9); });  // many ties
+        std::iota(companion.begin(), companion.end(), 0.0);
         std::vector<int> order(keys.size()), index(keys.size());
         std::iota(order.begin(), order.end(), 0);
         std::stable_sort(order.begin(), order.end(),
                          [&](int i, int j) { return keys[i] < keys[j]; });
-        std::vector<double> sorted = keys, companion(keys.size());
-        std::iota(companion.begin(), companion.end(), 0.0);
+        std::vector<double> sorted = keys;
         NuSort(n, keys.data(), index.data());
         EXPECT_EQ(index, order) << "index form, n = " << n;
         NuSort(n, sorted.data());
@@ -79,11 +78,9 @@ TEST(ArcCosSin, InvertsCosSinInEveryQuadrantAndTheQuarterTurnsAreExact) {
         EXPECT_TRUE(c == e[1] && s == e[2]) << "angle " << e[0] << ": " << c << ", " << s;
         EXPECT_EQ(NuArcCosSin(e[1], e[2]), e[0]);
     }
-    for (int nDegrees = 1; nDegrees < 360; nDegrees += 7) {
-        const double dAngle = nDegrees * Nu_PI / 180.0;
+    for (double dAngle = 0.01; dAngle < Nu_2PI; dAngle += 0.12)
         EXPECT_NEAR(NuArcCosSin(3 * std::cos(dAngle), 3 * std::sin(dAngle)), dAngle, kFewUlps)
-            << nDegrees << " degrees";
-    }
+            << dAngle;
     double c = 0.0, s = 1.0;
     NuCosSin(Nu_PI * 0.25, &c, &s);
     EXPECT_EQ(c, s) << "forty-five degrees";
