@@ -39,8 +39,8 @@ TEST(Complex, ArithmeticAndRootsAgreeWithStdComplexAtAnyScaleAndPredicatesAreStr
     }
     EXPECT_EQ(ToStd(CNuComplex(1.0, 2.0).Conjugate()), Std(1.0, -2.0));
     EXPECT_EQ(CNuComplex(1e-301, 1e-302).Modulus(), 0.0) << "below NuGetZero()";
-    CNuComplex z = CNuComplex(1.0, 1.0) / CNuComplex(0.0, 0.0);  // no test for a zero divisor
-    EXPECT_FALSE(std::isfinite(z.Real()) && std::isfinite(z.Imaginary()));
+    // No test for a zero divisor: the quotient is not finite.
+    EXPECT_FALSE(std::isfinite(std::abs(ToStd(CNuComplex(1.0, 1.0) / CNuComplex(0.0, 0.0)))));
     // The upper root on the negative axis, where -0 counts as non-negative.
     EXPECT_EQ(ToStd(CNuComplex(-4.0, -0.0).Sqrt()), Std(0.0, 2.0));
     EXPECT_EQ(ToStd(CNuComplex(0.0, 0.0).Sqrt()), Std(0.0, 0.0));
@@ -78,9 +78,8 @@ TEST(Complex, PowersAndRootsInvertEachOther) {
 
 TEST(Complex, RefusalsCarryTheirCausesStringsAndBounds) {
     CNuComplex z(1.0, 2.0);
-    const CNuComplex zero(0.0, 0.0);
     test::ExpectFailures<CNuConstructionException>({
-        {[&] { zero.ToPolarForm(); }, 5, "modulus", "CNuComplexPolar"},
+        {[] { CNuComplex(0.0, 0.0).ToPolarForm(); }, 5, "modulus", "CNuComplexPolar"},
         {[] { CNuComplexPolar(-1.0, 0.0); }, 5, "modulus", "CNuComplexPolar"},
         {[] { CNuComplexArray b(-1); }, 2, "size", "CNuComplexArray"},
     });
