@@ -65,18 +65,16 @@ void ExpectGoodRoots(const std::string& sName, const CNuAlgEqu& e, const Roots& 
     ASSERT_EQ(roots.size(), want.size());
     Roots unmatched = roots;
     for (const Complex& r : want) {
-        std::size_t n = 0;
-        for (std::size_t j = 1; j < unmatched.size(); ++j)
-            if (abs(unmatched[j] - r) < abs(unmatched[n] - r)) n = j;
-        const Complex z = unmatched[n];
+        auto nearer = [&](Complex a, Complex b) { return abs(a - r) < abs(b - r); };
+        const auto z = std::min_element(unmatched.begin(), unmatched.end(), nearer);
         Complex p = 0.0, scale = 0.0;  // p(z), and sum |c_i| |z|^i
         for (std::size_t i = c.size(); i-- > 0;) {
-            p = p * z + c[i].real();
-            scale = scale * abs(z) + abs(c[i].real());
+            p = p * *z + c[i].real();
+            scale = scale * abs(*z) + abs(c[i].real());
         }
-        EXPECT_LE(abs(z - r), dTol) << "expected root " << r;
-        EXPECT_LE(abs(p), kBackward * scale.real()) << "root " << z;
-        unmatched.erase(unmatched.begin() + static_cast<std::ptrdiff_t>(n));
+        EXPECT_LE(abs(*z - r), dTol) << "expected root " << r;
+        EXPECT_LE(abs(p), kBackward * scale.real()) << "root " << *z;
+        unmatched.erase(z);
     }
     EXPECT_TRUE(std::is_sorted(roots.begin(), roots.begin() + e.GetNumberRealRoots(), ByReal));
 }
@@ -149,8 +147,6 @@ TEST(AlgEqu, ClosedFormsTrimmingAndConstantsGiveTheirExactResults) {
     // Distinct roots merge only bit-equal values: (x - 1)^3, but not a double root found as two.
     EXPECT_EQ(Solved({-1.0, 3.0, -3.0, 1.0}).GetDistinctRealRoots().GetSize(), 1);
     EXPECT_EQ(Solved(Expand({1.0, 1.0, 2.0, 3.0, 4.0})).GetDistinctRealRoots().GetSize(), 5);
-    // Complex coefficients go through Laguerre after trimming, ordered by real part: here
-    // (x - 2 - i)(x + i) with a negligible leading term.
     // Complex coefficients go through Laguerre, their roots ordered by real part. A constant then
     // leaves the roots in place, and copies carry them.
     CNuComplexArray complex(4);  // (x - 2 - i)(x + i), after a negligible leading term

@@ -30,9 +30,8 @@ TEST(Polynomial, EvaluationAndArithmeticAgreeExactlyWithExpandedSums) {
         const double x = random.Integer(-8, 8) / 4.0;
         CNuPolynomial p(random.Integer(0, 4)), q(random.Integer(0, 4));
         double v[2] = {0, 0}, d[2] = {0, 0};  // values and slopes of p and q
-        for (int i = 0; i <= 4; ++i) {
-            for (CNuPolynomial* pp : {&p, &q}) {
-                if (i > pp->GetDegree()) continue;
+        for (CNuPolynomial* pp : {&p, &q}) {
+            for (int i = 0; i <= pp->GetDegree(); ++i) {
                 (*pp)[i] = random.Integer(-3, 3);
                 v[pp == &q] += (*pp)[i] * std::pow(x, i);
                 d[pp == &q] += i == 0 ? 0.0 : i * (*pp)[i] * std::pow(x, i - 1);
