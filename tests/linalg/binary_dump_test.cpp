@@ -90,15 +90,14 @@ TEST(BinaryDump, TheReaderIsLenientAndChangesOnlyWhatARecordHolds) {
 }
 
 TEST(BinaryDump, TheWriterRaisesWhenTheFileCannotBeOpenedOrWritten) {
-    CNuMatrix A(2, 3);
-    CNuVector v(1.0, 2.0, 3.0);
     const char* pszFull = "Read only file.. Unable to write into file";
     test::ExpectFailures<CNuOperationException>({
-        {[&] { v.BinaryDump("/nonexistent-numorix-dir/f"); }, 147, "Open a Binary file",
+        {[] { CNuVector(3).BinaryDump("/nonexistent-numorix-dir/f"); }, 147, "Open a Binary file",
          "CNuVector"},
-        {[&] { A.BinaryDump(nullptr); }, 147, "Open a Binary file", "CNuMatrix"},
-        {[&] { A.BinaryDump("/dev/full"); }, 148, pszFull, "CNuMatrix"},  // opens, refuses data
-        {[&] { v.BinaryDump("/dev/full"); }, 148, pszFull, "CNuVector"},
+        {[] { CNuMatrix(2, 3).BinaryDump(nullptr); }, 147, "Open a Binary file", "CNuMatrix"},
+        // /dev/full opens but refuses the data.
+        {[] { CNuMatrix(2, 3).BinaryDump("/dev/full"); }, 148, pszFull, "CNuMatrix"},
+        {[] { CNuVector(3).BinaryDump("/dev/full"); }, 148, pszFull, "CNuVector"},
     });
 }
 

@@ -31,9 +31,8 @@ TEST(LinearEquSys, SolvesEveryKindOfSystemAndReusesItsFactors) {
         auto* pSystem = new CNuLinearEquSys(nKind);
         pSystem->Solve(A, b);
         ASSERT_EQ(pSystem->SolutionExists(), eNuTrue);
-        EXPECT_LT(MaxDifference(pSystem->GetSolution(),
-                                ToEigen(A).completeOrthogonalDecomposition().solve(ToEigen(b))),
-                  kSolution)
+        const Eigen::VectorXd x = ToEigen(A).completeOrthogonalDecomposition().solve(ToEigen(b));
+        EXPECT_LT(MaxDifference(pSystem->GetSolution(), x), kSolution)
             << m << " x " << A.GetColumnSize();
         CNuLinearEquSys copy(*pSystem), assigned, fresh(nKind);
         const CNuVector xb = pSystem->GetSolution();
@@ -53,18 +52,16 @@ TEST(LinearEquSys, SolvesEveryKindOfSystemAndReusesItsFactors) {
 // before the shape), a rectangular exact system, and the unsupported problems, whose request
 // stays: least squares then end without a solution, or fail for least distance.
 TEST(LinearEquSys, RefusalsStoreTheirCauseNameAndLocation) {
-    CNuMatrix singular = test::Mat({{1, 2, 0}, {1, 2, 0}, {1, 2, 0}}), rectangular(4, 3);
-    CNuMatrix I = CNuMatrix::Identity(3);
+    const CNuMatrix singular(3, 3), rectangular(4, 3), I = CNuMatrix::Identity(3);
     CNuVector b4(4), b3 = test::Vec({1.0, 0.0, 0.0});
-    CNuLinearEquSys exactSingular(0), nonNegative, failed, exact(0), fresh, leastSquares;
-    CNuLinearEquSys constrained, distant;
+    CNuLinearEquSys exactSingular(0), nonNegative, failed, exact(0), tall, constrained, distant;
     exactSingular.Solve(singular, b3);
     EXPECT_EQ(MaxDifference(exactSingular.GetSolution(), CNuVector(3)), 0.0) << "no solution";
     nonNegative.SetNonnegative();
     nonNegative.Solve(rectangular, b4);
     EXPECT_THROW(failed.Solve(test::Mat({{std::nan(""), 1}, {1, 1}}), CNuVector(2)),
                  CNuOperationException);  // the cause is the SVD's own
-    leastSquares.Solve(rectangular, b4);
+    tall.Solve(rectangular, b4);
     const char* pszSolving = "solving a set of equations";
     const char* pszRhs = "CNuLinearEquSys::SetRightHandSide()";
     const char* pszConstraints = "solving a set of equations with equality/inequality constraints";
@@ -72,8 +69,7 @@ TEST(LinearEquSys, RefusalsStoreTheirCauseNameAndLocation) {
         {[&] { exactSingular.SetRightHandSide(b3); }, 117, pszSolving, pszRhs},
         {[&] { nonNegative.SetRightHandSide(b4); }, 117, pszSolving, pszRhs},
         {[&] { failed.SetRightHandSide(CNuVector(2)); }, 117, pszSolving, pszRhs},
-        {[&] { fresh.SetRightHandSide(b4); }, 117, pszSolving, pszRhs},
-        {[&] { leastSquares.SetRightHandSide(b3); }, 117, pszSolving, pszRhs},
+        {[&] { tall.SetRightHandSide(b3); }, 117, pszSolving, pszRhs},
         {[&] { exact.Solve(rectangular, b3); }, 117, pszSolving, "CNuLinearEquSys::Solve()"},
         {[&] { exact.Solve(rectangular, b4); }, 145, "solving an exact set of equations",
          "CNuLinearEquSys"},
@@ -124,9 +120,8 @@ TEST(LinearEquSys, NearSingularSystemsGiveBackwardStableAnswersOrTheSingularOutc
             SCOPED_TRACE("Hilbert " + std::to_string(n) + ", zero " + std::to_string(dZero));
             test::ScopedTolerance guard(NuGetZero, NuSetZero, dZero);
             const bool bSolved = n < 12 || dZero == dDefault;
-            Eigen::MatrixXd E(n, n);
-            for (int k = 0; k < n * n; ++k)
-                E(k / n, k % n) = 1.0 / (k / n + k % n + 1);
+            const Eigen::MatrixXd E = Eigen::MatrixXd::NullaryExpr(
+                n, n, [](Eigen::Index i, Eigen::Index j) { return 1.0 / double(i + j + 1); });
             const CNuMatrix A = test::FromEigen(E);
             const Eigen::VectorXd b = E.rowwise().sum();
             const double dBound =

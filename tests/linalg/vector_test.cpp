@@ -100,13 +100,12 @@ TEST(Vector, EveryRefusalStoresItsCauseNameAndLocation) {
     CNuVector a, b(4), two(2), zero, axis, v(1.0, 2.0, 3.0), x(1.0, 0.0, 0.0);
     double d = 0.0;
     const char* pszAngle = "CNuVector::AngleWith()";
-    const char* pszSub = "CNuVector::SubVector(i, j)";
-    test::ExpectFailures<CNuConstructionException>({
-        {[] { CNuVector v(0); }, 1, "size", "CNuVector", 0},
-    });
+    test::ExpectNuFailure<CNuConstructionException>([] { CNuVector v(0); }, 1, "size", "CNuVector",
+                                                    0);
     test::ExpectFailures<CNuOperationException>({
-        {[&] { b.SubVector(5, 4); }, 103, "operation", pszSub, 0, 3},  // range before order
-        {[&] { b.SubVector(3, 2); }, 115, "operation", pszSub},
+        // The range is checked before the order.
+        {[&] { b.SubVector(5, 4); }, 103, "operation", "CNuVector::SubVector(i, j)", 0, 3},
+        {[&] { b.SubVector(3, 2); }, 115, "operation", "CNuVector::SubVector(i, j)"},
         {[&] { two.Homogeneous(); }, 111, "calculation", "CNuVector::Homogeneous()"},
         {[&] { a - b; }, 105, "operator-", "CNuVector"},
         {[&] { b* b; }, 110, "operator*", "CNuVector"},
@@ -183,11 +182,10 @@ TEST(Vector, GeometricOperationsObeyTheirIdentities) {
 // ones 180. The smallest coordinate is a frame's helper axis, ties falling to z, then to y;
 // OrthonormalY flattens a 3-vector and keeps a 2-vector in two elements.
 TEST(Vector, SpecialCasesHaveExactAnswers) {
-    CNuVector x(1.0, 0.0, 0.0), zero, v(1.0, 2.0, -3.0), z(0.0, 0.0, 2.0), e, y;
+    CNuVector x(1.0, 0.0, 0.0), h = x, g = x, zero, v(1.0, 2.0, -3.0), z(0.0, 0.0, 2.0), e, y;
     x.Rotate(90.0, CNuGeometry::eZAxis);
     EXPECT_EQ(Elements(x), V({0.0, 1.0, 0.0}));
     // 45 degrees give equal cosine and sine; 135 degrees are no such case.
-    CNuVector h(1.0, 0.0, 0.0), g(1.0, 0.0, 0.0);
     h.Rotate(45.0, CNuGeometry::eZAxis);
     g.Rotate(135.0, CNuGeometry::eZAxis);
     EXPECT_EQ(h[0], h[1]);
