@@ -11,6 +11,7 @@
 namespace numorix {
 namespace {
 
+using test::MaxDifference;
 using test::Vec;
 using V = std::vector<double>;
 
@@ -86,14 +87,13 @@ TEST(Vector, PredicatesAreStrict) {
         CNuVector(1, 2, 3).IsPositive(), CNuVector(1, 0, 3).IsPositive(),
         CNuVector(1, 0, 3).IsNonNegative(), CNuVector(1, -1e-300, 3).IsNonNegative(),
         CNuVector(0.5, -0.5, 0).IsZero(0.6), CNuVector(0.5, -0.5, 0).IsZero(0.5),
-        x.IsParallelTo(nearX * 3.0, 2e-3), x.IsParallelTo(nearX, 5e-4),
-        x.IsOrthogonalTo(nearY, 3e-4), x.IsOrthogonalTo(nearY, 1e-4), x.IsParallelTo(-x, 1e-9),
-        x.IsEqual(-x, 10.0),
+        x.IsParallelTo(nearX * 3.0, 2e-3), x.IsParallelTo(nearX, 5e-4), x.IsParallelTo(-x, 1e-9),
+        x.IsOrthogonalTo(nearY, 3e-4), x.IsOrthogonalTo(nearY, 1e-4), x.IsEqual(-x, 10.0),
         x.IsEqual(oneDegree, 1e-3), x.IsEqual(CNuVector(1.0, 1e-11, 0.0), 1e-12), x.IsEqual(x, 0.0),
         x.IsEqual(CNuVector(4), 10.0), two.IsEqual(Vec({0.0, 0.01}), 0.02),
         two.IsEqual(Vec({0.0, 0.01}), 0.01), CNuVector().IsEqual(CNuVector(0, 0, 1e-9), 1e-8)};
     // clang-format on
-    EXPECT_EQ(seen, std::vector<int>({1, 0, 1, 0, 1, 0, 1, 0, 1, 0, 1, 0, 0, 1, 0, 0, 1, 0, 1}));
+    EXPECT_EQ(seen, std::vector<int>({1, 0, 1, 0, 1, 0, 1, 0, 1, 1, 0, 0, 0, 1, 0, 0, 1, 0, 1}));
 }
 
 TEST(Vector, EveryRefusalStoresItsCauseNameAndLocation) {
@@ -146,13 +146,12 @@ TEST(Vector, GeometricOperationsObeyTheirIdentities) {
         EXPECT_EQ((a & b).Sum(), a[0] * b[0] + a[1] * b[1] + a[2] * b[2]);
         (((e += b) -= a * 2.0) *= 3.0) /= 3.0;
         EXPECT_NEAR(Distance(-(e + a) / 2.0, -b / 2.0), 0.0, kGeometry);
-        CNuMatrix r = CNuGeometry::RotationMatrix(dDegrees, b);
-        EXPECT_TRUE(r.IsOrthogonal(kGeometry) &&
-                    std::fabs(test::ToEigen(r).determinant() - 1.0) < kGeometry);
+        const Eigen::MatrixXd r = test::ToEigen(CNuGeometry::RotationMatrix(dDegrees, b));
+        EXPECT_TRUE(r.isUnitary(kGeometry) && std::fabs(r.determinant() - 1.0) < kGeometry) << r;
         const auto eAxis = static_cast<CNuGeometry::EAxisType>(n % 3);
         const CNuVector unit = CNuVector(eAxis == 0, eAxis == 1, eAxis == 2) * 5.0;
-        EXPECT_LT(test::MaxDifference(CNuGeometry::RotationMatrix(dDegrees, eAxis),
-                                      CNuGeometry::RotationMatrix(dDegrees, unit)),
+        EXPECT_LT(MaxDifference(CNuGeometry::RotationMatrix(dDegrees, eAxis),
+                                CNuGeometry::RotationMatrix(dDegrees, unit)),
                   kGeometry);
         w.Rotate(dDegrees, b);
         EXPECT_NEAR(w % b, a % b, kGeometry * 4.0);
@@ -193,8 +192,7 @@ TEST(Vector, SpecialCasesHaveExactAnswers) {
     zero.Rotate(10.0, CNuVector(4));
     v.Rotate(1e-301, CNuVector(2));
     EXPECT_TRUE(zero.Magnitude() == 0.0 && Elements(v) == V({1.0, 2.0, -3.0}));
-    EXPECT_EQ(test::MaxDifference(v.GetRotationMatrix(0.0, CNuVector(7)), CNuMatrix::Identity(3)),
-              0.0);
+    EXPECT_EQ(MaxDifference(v.GetRotationMatrix(0.0, CNuVector(7)), CNuMatrix::Identity(3)), 0.0);
     EXPECT_EQ(std::vector<double>({v.AngleWith(v * 2.5), v.AngleWith(-v), v.AngleWith(v * 3.0, z),
                                    CNuVector(0, 0, 1).AngleWith(z, z), (-z).AngleWith(-z, z)}),
               V({0.0, 180.0, 0.0, 0.0, 0.0}));
