@@ -34,8 +34,7 @@ TEST(LinearEquSys, SolvesEveryKindOfSystemAndReusesItsFactors) {
         pSystem->Solve(A, b);
         ASSERT_EQ(pSystem->SolutionExists(), eNuTrue);
         const Eigen::VectorXd x = ToEigen(A).completeOrthogonalDecomposition().solve(ToEigen(b));
-        EXPECT_LT(MaxDifference(pSystem->GetSolution(), x), kSolution)
-            << m << " x " << A.GetColumnSize();
+        EXPECT_LT(MaxDifference(pSystem->GetSolution(), x), kSolution) << "rows " << m;
         CNuLinearEquSys copy(*pSystem), assigned, fresh(nKind);
         const CNuVector xb = pSystem->GetSolution();
         assigned = *pSystem;

@@ -122,8 +122,7 @@ TEST(Svd, FactorsMatchTheDigestsOfTheColumnByColumnForm) {
     };
     for (const auto& c : aCases) {
         const std::uint64_t h = Digest(Decompose(Filled(c.m, c.n, c.eFill)));
-        EXPECT_EQ(h, c.nDigest) << c.m << " x " << c.n << ", fill " << c.eFill << std::hex << ", "
-                                << h;
+        EXPECT_EQ(h, c.nDigest) << c.m << "x" << c.n << " fill " << c.eFill << std::hex << " " << h;
     }
 }
 
