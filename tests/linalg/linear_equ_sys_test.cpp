@@ -48,8 +48,8 @@ TEST(LinearEquSys, SolvesEveryKindOfSystemAndReusesItsFactors) {
     }
 }
 
-// Each refusal from the state that leads to it: no factors kept (none made yet, a singular exact
-// system, a non-negative solve, a decomposition that threw), sizes that do not match (checked
+// Each refusal from the state that leads to it: no factors kept (a singular exact system, a
+// non-negative solve, a decomposition that threw), sizes that do not match (checked
 // before the shape), a rectangular exact system, and the unsupported problems, whose request
 // stays: least squares then end without a solution, or fail for least distance.
 TEST(LinearEquSys, RefusalsStoreTheirCauseNameAndLocation) {
