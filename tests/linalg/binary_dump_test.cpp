@@ -40,21 +40,20 @@ SSeen Read(const test::TempPath& file, const std::vector<unsigned char>& bytes, 
 
 TEST(BinaryDump, FilesHoldExactlyTheirRecordAndReadBack) {
     test::TempPath file("dump");
+    // The file holds the record; read into an object of another size, it gives the object back.
+    const auto expectRoundTrip = [&](const auto& object, const char* pszMagic,
+                                     std::vector<std::int32_t> counts, auto other) {
+        const std::vector<double> flat = Flat(test::ToEigen(object));
+        ASSERT_TRUE(object.BinaryDump(file.Name()));
+        EXPECT_EQ(file.Bytes(), Record(pszMagic, counts, {flat.begin() + 2, flat.end()}));
+        EXPECT_EQ(Read(file, file.Bytes(), other), SSeen(true, flat));
+    };
     for (const CNuMatrix& A : {test::Mat({{1.5, -2.0, 3.25}, {1e-300, -0.0, 6.02e23}}),
-                               test::Mat({{7.0, -0.5, 1e-310, 4.0}}), test::Mat({{7.0}, {-0.5}})}) {
-        const std::vector<double> flat = Flat(test::ToEigen(A));
-        ASSERT_TRUE(A.BinaryDump(file.Name()));
-        EXPECT_EQ(file.Bytes(), Record("Matrix", {A.GetRowSize(), A.GetColumnSize()},
-                                       std::vector<double>(flat.begin() + 2, flat.end())));
-        EXPECT_EQ(Read(file, file.Bytes(), CNuMatrix(5, 5)), SSeen(true, flat));
-    }
+                               test::Mat({{7.0, -0.5, 1e-310, 4.0}}), test::Mat({{7.0}, {-0.5}})})
+        expectRoundTrip(A, "Matrix", {A.GetRowSize(), A.GetColumnSize()}, CNuMatrix(5, 5));
     file.Write(std::vector<unsigned char>(500, 0xAB));  // a longer file is truncated
-    for (const CNuVector& v : {CNuVector(1.0, -2.5, 1e-310), test::Vec({-4.0})}) {
-        const std::vector<double> flat = Flat(test::ToEigen(v));
-        ASSERT_TRUE(v.BinaryDump(file.Name()));
-        EXPECT_EQ(file.Bytes(), Record("Vector", {v.GetSize()}, {flat.begin() + 2, flat.end()}));
-        EXPECT_EQ(Read(file, file.Bytes(), CNuVector(7)), SSeen(true, flat));
-    }
+    for (const CNuVector& v : {CNuVector(1.0, -2.5, 1e-310), test::Vec({-4.0})})
+        expectRoundTrip(v, "Vector", {v.GetSize()}, CNuVector(7));
 }
 
 // Each row is read by a matrix and by a vector. A record of the other kind, a missing, empty or
@@ -90,15 +89,14 @@ TEST(BinaryDump, TheReaderIsLenientAndChangesOnlyWhatARecordHolds) {
 }
 
 TEST(BinaryDump, TheWriterRaisesWhenTheFileCannotBeOpenedOrWritten) {
-    CNuMatrix A(2, 3);
-    CNuVector v(1.0, 2.0, 3.0);
     const char* pszFull = "Read only file.. Unable to write into file";
     test::ExpectFailures<CNuOperationException>({
-        {[&] { v.BinaryDump("/nonexistent-numorix-dir/f"); }, 147, "Open a Binary file",
+        {[] { CNuVector(3).BinaryDump("/nonexistent-numorix-dir/f"); }, 147, "Open a Binary file",
          "CNuVector"},
-        {[&] { A.BinaryDump(nullptr); }, 147, "Open a Binary file", "CNuMatrix"},
-        {[&] { A.BinaryDump("/dev/full"); }, 148, pszFull, "CNuMatrix"},  // opens, refuses data
-        {[&] { v.BinaryDump("/dev/full"); }, 148, pszFull, "CNuVector"},
+        {[] { CNuMatrix(2, 3).BinaryDump(nullptr); }, 147, "Open a Binary file", "CNuMatrix"},
+        // /dev/full opens but refuses the data.
+        {[] { CNuMatrix(2, 3).BinaryDump("/dev/full"); }, 148, pszFull, "CNuMatrix"},
+        {[] { CNuVector(3).BinaryDump("/dev/full"); }, 148, pszFull, "CNuVector"},
     });
 }
 

@@ -5,7 +5,6 @@
 #include <cmath>
 #include <cstdint>
 #include <cstring>
-#include <string>
 
 #include "dense_support.h"
 
@@ -18,14 +17,13 @@ constexpr double kBackward = 1e-13;
 
 // w and V start with sizes unrelated to A: the decomposition reassigns them whatever they were.
 struct SSvd {
-    CNuMatrix U{1, 1};
+    CNuMatrix U;
     CNuVector w{9};
     CNuMatrix V{2, 7};
 };
 
 SSvd Decompose(const CNuMatrix& A) {
-    SSvd r;
-    r.U = A;
+    SSvd r{A};
     r.U.SVD(&r.w, &r.V);
     return r;
 }
@@ -37,12 +35,10 @@ TEST(Svd, RebuildsEveryShapeFromOrthonormalFactorsAndCutsTheRank) {
     test::Random rng;
     const struct {
         int m, n, r;
-    } aCases[] = {{1, 1, 1},    {1, 6, 1},    {6, 1, 1},  {3, 5, 3},    {5, 3, 3},
-                  {4, 4, 4},    {9, 17, 9},   {17, 9, 9}, {30, 30, 30}, {7, 40, 7},
-                  {60, 60, 60}, {50, 20, 20}, {7, 5, 1},  {6, 6, 2},    {100000, 3, 3}};
+    } aCases[] = {{1, 1, 1},  {1, 6, 1},    {6, 1, 1},    {3, 5, 3}, {5, 3, 3}, {30, 30, 30},
+                  {7, 40, 7}, {60, 60, 60}, {50, 20, 20}, {7, 5, 1}, {6, 6, 2}, {100000, 3, 3}};
     for (const auto& c : aCases) {
-        SCOPED_TRACE(std::to_string(c.m) + " x " + std::to_string(c.n) + ", " +
-                     std::to_string(c.r));
+        SCOPED_TRACE(testing::Message() << c.m << " x " << c.n << ", rank " << c.r);
         CNuMatrix A = test::RandomMatrix(rng, c.m, c.n);
         for (int i = 0; i < c.m; ++i)
             for (int j = c.r; j < c.n && c.r < std::min(c.m, c.n); ++j)
@@ -96,15 +92,18 @@ CNuMatrix Filled(int m, int n, EFill eFill) {
     return A;
 }
 
-// FNV-1a (64-bit) over the bytes of the bit patterns, least significant byte first, row by row.
-void Hash(std::uint64_t& h, const Eigen::MatrixXd& E) {
-    const Eigen::MatrixXd T = E.transpose();
-    for (Eigen::Index k = 0; k < T.size(); ++k) {
-        std::uint64_t nBits = 0;
-        std::memcpy(&nBits, T.data() + k, sizeof nBits);
-        for (int nShift = 0; nShift < 64; nShift += 8)
-            h = (h ^ ((nBits >> nShift) & 0xFFu)) * 1099511628211u;
-    }
+// FNV-1a (64-bit) over the bytes of the bit patterns of U, w and V, least significant byte first,
+// row by row.
+std::uint64_t Digest(const SSvd& r) {
+    std::uint64_t h = 14695981039346656037u, nBits = 0;
+    const Eigen::MatrixXd w = test::ToEigen(r.w);
+    for (const Eigen::MatrixXd& E : {test::ToEigen(r.U), w, test::ToEigen(r.V)})
+        for (Eigen::Index k = 0; k < E.size(); ++k) {
+            std::memcpy(&nBits, &E(k / E.cols(), k % E.cols()), sizeof nBits);
+            for (int nShift = 0; nShift < 64; nShift += 8)
+                h = (h ^ ((nBits >> nShift) & 0xFFu)) * 1099511628211u;
+        }
+    return h;
 }
 
 TEST(Svd, FactorsMatchTheDigestsOfTheColumnByColumnForm) {
@@ -122,28 +121,22 @@ TEST(Svd, FactorsMatchTheDigestsOfTheColumnByColumnForm) {
         {3, 4, eSparse, 0xaaec788ccf751a05u},
     };
     for (const auto& c : aCases) {
-        SSvd r = Decompose(Filled(c.m, c.n, c.eFill));
-        std::uint64_t h = 14695981039346656037u;
-        Hash(h, test::ToEigen(r.U));
-        Hash(h, test::ToEigen(r.w));
-        Hash(h, test::ToEigen(r.V));
-        EXPECT_EQ(h, c.nDigest) << c.m << " x " << c.n << " fill " << c.eFill << ": digest 0x"
-                                << std::hex << h;
+        const std::uint64_t h = Digest(Decompose(Filled(c.m, c.n, c.eFill)));
+        EXPECT_EQ(h, c.nDigest) << c.m << "x" << c.n << " fill " << c.eFill << std::hex << " " << h;
     }
 }
 
 // Non-finite data stop at the split test's bounds-checked read (stored 103, range 0 to 3) instead
 // of looping or reading outside w; other data may end at the sweep limit (stored 146).
 TEST(Svd, NonFiniteDataFailAtTheBoundsCheckedReadAndNeverHang) {
-    for (double dBad : {std::nan(""), HUGE_VAL, -HUGE_VAL}) {
+    for (double dBad : {std::nan(""), HUGE_VAL, -HUGE_VAL})
         for (int k = 0; k < 6; ++k) {
             CNuMatrix A = Filled(5, 4, eRandom);
             A.GetData()[k % 5][k % 4] = dBad;
-            SCOPED_TRACE(std::to_string(dBad) + " at " + std::to_string(k));
+            SCOPED_TRACE(testing::Message() << dBad << " at " << k);
             test::ExpectNuFailure<CNuOperationException>([&] { Decompose(A); }, 103,
                                                          "element operator[]", "CNuVector", 0, 3);
         }
-    }
 }
 
 }  // namespace
