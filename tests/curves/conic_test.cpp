@@ -20,7 +20,6 @@ using test::Frame;
 using test::kCurve;
 using test::PointsNear;
 using G = CNuGeometry;
-using Op = CNuOperationException;
 
 // Secants through two random points of the curve, local(s) in the frame f, give both; a line
 // through one of them that leaves the plane gives that one; a plane through the secant gives both
@@ -29,14 +28,11 @@ template <class Conic, class Local>
 void CheckSecantsAndPiercings(const char* pszName, const Conic& conic, const Frame& f, Local local,
                               test::Random& rng, double dLow, double dHigh) {
     SCOPED_TRACE(pszName);
-    CNuPoint a;
-    CNuPoint b;
+    CNuPoint a, b;
     for (int nTrial = 0; nTrial < 20; ++nTrial) {
-        CNuPoint l1 = local(rng.Uniform(dLow, dHigh));
-        CNuPoint l2 = local(rng.Uniform(dLow, dHigh));
+        CNuPoint l1 = local(rng.Uniform(dLow, dHigh)), l2 = local(rng.Uniform(dLow, dHigh));
         if (test::Gap(l1, l2) < 0.3) continue;
-        CNuPoint w1 = f.World(l1.x(), l1.y());
-        CNuPoint w2 = f.World(l2.x(), l2.y());
+        CNuPoint w1 = f.World(l1.x(), l1.y()), w2 = f.World(l2.x(), l2.y());
         ASSERT_EQ(conic.IntersectWith(CNuLine(w1, w2), &a, &b), 2) << test::Text(l1);
         EXPECT_TRUE(test::PairNear(a, b, w1, w2, kCurve));
         // Not steep: the roots are found in the plane's coordinates, so the height of a root is
@@ -67,7 +63,7 @@ TEST(Conic, RefusesBadShapesFramesAndConversionsWithTheirCauses) {
     });
     CNuHyperbola hyperbola(2.0, 1.0);
     const char* pszH = "CNuHyperbola::ToPolyline/PointArray()";
-    test::ExpectFailures<Op>({
+    test::ExpectFailures<CNuOperationException>({
         {[] { CNuCircle(1.0).ToPointArray(1); }, 112, "conversion",
          "CNuCircle::ToPolyline/PointArray()"},
         {[&] { hyperbola.ToPointArray(5, 3.0, 3.0, 0); }, 115, "conversion", pszH},
@@ -132,8 +128,7 @@ TEST(Conic, MeetsTangentsOnceMissesParallelsAndTellsSidesByTheFocalProperties) {
     auto check = [](const auto& conic, CNuPoint on, CNuVector tangent, CNuPoint inner,
                     CNuPoint outer, CNuPoint miss) {
         SCOPED_TRACE(test::Text(on));
-        CNuPoint a;
-        CNuPoint b(7, 7, 7);
+        CNuPoint a, b(7, 7, 7);
         ASSERT_EQ(conic.IntersectWith(CNuLine(on + (tangent * 3.0).To3DPoint(), tangent), &a, &b),
                   1);
         EXPECT_TRUE(PointsNear(a, on, kCurve));
@@ -155,10 +150,9 @@ TEST(Conic, MeetsTangentsOnceMissesParallelsAndTellsSidesByTheFocalProperties) {
     // Focus (1, 0), directrix x = -1: the focus side is inner.
     check(CNuParabola(1.0), {0, 0, 0}, {0, 1, 0}, {1, 0, 0}, {-0.5, 0, 0}, {-1, 0, 0});
     // Parallel to the axis: the equation is linear and the line crosses once.
+    CNuLine axial(CNuPoint(-3, 1, 0), CNuVector(1, 0, 0));
     CNuPoint a;
-    ASSERT_EQ(CNuParabola(0.5).IntersectWith(CNuLine(CNuPoint(-3, 1, 0), CNuVector(1, 0, 0)), &a,
-                                             nullptr),
-              1);
+    ASSERT_EQ(CNuParabola(0.5).IntersectWith(axial, &a, nullptr), 1);
     EXPECT_TRUE(PointsNear(a, CNuPoint(0.5, 1.0, 0.0), kCurve));
 }
 
@@ -171,18 +165,16 @@ TEST(Circle, MeetsCirclesThroughTwoOfItsPointsThereInItsOwnOrACrossingPlane) {
         // Two points of the first circle; other circles pass through both, their centres on the
         // mid plane of the chord, their planes turned about it: not at all, half a turn (the same
         // plane with the normal reversed), or partly (a crossing plane).
-        double t1 = rng.Uniform(0.0, Nu_2PI);
-        double t2 = t1 + rng.Uniform(0.5, Nu_2PI - 0.5);
-        CNuPoint w1 = f.World(r * std::cos(t1), r * std::sin(t1));
-        CNuPoint w2 = f.World(r * std::cos(t2), r * std::sin(t2));
+        double t1 = rng.Uniform(0.0, Nu_2PI), t2 = t1 + rng.Uniform(0.5, Nu_2PI - 0.5);
+        CNuPoint w1 = f.World(r * std::cos(t1), r * std::sin(t1)),
+                 w2 = f.World(r * std::cos(t2), r * std::sin(t2));
         CNuVector chord = (w2 - w1).To3DVector();
         chord.Normalise();
         for (double dTurn : {0.0, Nu_PI, rng.Uniform(0.3, 1.3)}) {
             CNuVector lean = (f.z * chord) * std::cos(dTurn) + f.z * std::sin(dTurn);
             CNuPoint centre = w1.MidPoint(w2) + (lean * rng.Uniform(-1.0, 1.0)).To3DPoint();
             CNuCircle other(centre.DistanceTo(w1), centre, chord * lean);
-            CNuPoint p;
-            CNuPoint q;
+            CNuPoint p, q;
             ASSERT_EQ(first.IntersectWith(other, &p, &q), 2) << "turned by " << dTurn;
             EXPECT_TRUE(test::PairNear(p, q, w1, w2, kCurve)) << "turned by " << dTurn;
             if (std::sin(dTurn) < 0.2) continue;

@@ -44,14 +44,12 @@ TEST(LineSegment, RefusesEqualEndsAndGivesParametersOnItsLineAndTangentsAndBoxes
     CNuLineSegment moved(CNuPoint(1, 5, -1), CNuPoint(4, 9, -1));
     moved.Rotate(90.0, CNuGeometry::eZAxis);
     moved.Translate(10.0, 0.0, 0.0);
-    CNuVector tangent;
-    CNuVector curvature(7);
+    CNuVector tangent, curvature(7);
     moved.GetEndData(nullptr, &tangent, &curvature);
     EXPECT_TRUE(PointsNear(moved.GetEndPoint(), CNuPoint(1, 4, -1), kCurve));
     EXPECT_TRUE(PointsNear(tangent.To3DPoint(), CNuPoint(-0.8, 0.6, 0.0), kCurve));
     EXPECT_TRUE(PointsNear(moved.GetTangent().To3DPoint(), CNuPoint(-0.8, 0.6, 0.0), kCurve));
-    CNuPoint lo;
-    CNuPoint hi;
+    CNuPoint lo, hi;
     moved.BoundingBox(&lo, &hi);
     EXPECT_TRUE(PointsNear(lo, CNuPoint(1, 1, -1), kCurve)) << "the box of the ends as placed";
     EXPECT_TRUE(PointsNear(hi, CNuPoint(5, 4, -1), kCurve));
@@ -61,8 +59,7 @@ TEST(LineSegment, RefusesEqualEndsAndGivesParametersOnItsLineAndTangentsAndBoxes
 
 TEST(LineSegment, MeetsAndMeasuresSegmentsCrossingSkewOverlappingOrMeetingAtAnEndAndCircles) {
     CNuLineSegment s(CNuPoint(0, 0, 0), CNuPoint(2, 0, 0));
-    CNuPoint p;
-    CNuPoint q;
+    CNuPoint p, q;
     // Skew: the lines' common perpendicular lies outside the other segment, so an end wins.
     CNuLineSegment skew(CNuPoint(1, 5, 1), CNuPoint(1, 2, 1));
     const CNuBoundedCurve* pSkew = &skew;  // through the protocol

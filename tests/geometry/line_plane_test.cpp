@@ -3,7 +3,7 @@
 // and moves.
 #include <cmath>
 
-#include "geometry_test_support.h"
+#include "geometry_support.h"
 #include "numorix/foundation/tolerance.h"
 #include "numorix/geometry/line.h"
 #include "numorix/geometry/plane.h"
@@ -69,14 +69,11 @@ TEST(LineAndPlane, ThroughACommonPointMeetThereUnlessSkewOrParallel) {
     for (int k = 0; k < 100; ++k) {
         SCOPED_TRACE("trial " + std::to_string(k));
         CNuPoint c = test::RandomPoint(rng);
-        CNuVector d1 = test::RandomDirection(rng);
-        CNuVector d2 = test::RandomDirection(rng);
+        CNuVector d1 = test::RandomDirection(rng), d2 = test::RandomDirection(rng);
         CNuLine a(c + (d1 * rng.Uniform(-3.0, 3.0)).To3DPoint(), d1);
         CNuLine b(c - (d2 * rng.Uniform(-3.0, 3.0)).To3DPoint(), d2);
-        CNuPlane one(c, test::RandomDirection(rng));
-        CNuPlane two(c, test::RandomDirection(rng));
-        CNuPoint p;
-        CNuPoint q;
+        CNuPlane one(c, test::RandomDirection(rng)), two(c, test::RandomDirection(rng));
+        CNuPoint p, q;
         // Grazing crossings lose digits as the sine of the angle between the line and the other.
         double dSine =
             std::fmin((d1 * d2).Magnitude() / d2.Magnitude(), std::fabs(one.GetNormal() % d1));

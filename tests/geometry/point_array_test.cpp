@@ -4,7 +4,7 @@
 #include <set>
 #include <vector>
 
-#include "geometry_test_support.h"
+#include "geometry_support.h"
 #include "numorix/foundation/scalar.h"
 #include "numorix/geometry/plane.h"
 
@@ -66,8 +66,6 @@ TEST(PointArray, MoveToIsRigidWhicheverAxesAreGivenAndProjectionFlattensTheSame)
     test::Random rng;
     CNuPointArray original = test::RandomPoints(rng, 20);
     CNuVector axis = test::RandomDirection(rng);
-    CNuVector unit(axis);
-    unit.Normalise();
     CNuPoint origin = test::RandomPoint(rng);
     CNuPointArray byAxis(original);
     byAxis.MoveTo(origin, axis);
@@ -77,7 +75,8 @@ TEST(PointArray, MoveToIsRigidWhicheverAxesAreGivenAndProjectionFlattensTheSame)
     // Flattened along the axis, the points keep the in-plane coordinates of the move.
     CNuPointArray flat = CNuGeometry::Projection2D(original, axis);
     for (int i = 0; i < 20; ++i) {
-        EXPECT_NEAR(byAxis[i].z(), (original[i] - origin).To3DVector() % unit, test::kGeometry);
+        EXPECT_NEAR(byAxis[i].z(), (original[i] - origin).To3DVector() % axis / axis.Magnitude(),
+                    test::kGeometry);
         CNuPoint d = byAxis[i] - byAxis[0];
         EXPECT_TRUE(PointsNear(flat[i] - flat[0], CNuPoint(d.x(), d.y(), 0.0), test::kGeometry));
         EXPECT_TRUE(PointsNear(stepwise[i], byAxis[i], test::kGeometry));
@@ -85,16 +84,14 @@ TEST(PointArray, MoveToIsRigidWhicheverAxesAreGivenAndProjectionFlattensTheSame)
 }
 
 TEST(PointArray, ExtremeEdgesMatchABruteForceSearchFirstPairsWinningTiesAndBoundsEnclose) {
-    int m = -1;
-    int n = -1;
+    int m = -1, n = -1;
     // A square: both diagonals are longest, and the first pair wins.
     CNuPointArray square = Points({{0, 0, 0}, {1, 0, 0}, {1, 1, 0}, {0, 1, 0}});
     square.MaxEdge(&m, &n);
     EXPECT_EQ(m * 10 + n, 2);
     test::Random rng;
     CNuPointArray cloud = test::RandomPoints(rng, 40);
-    double dMax = -1.0;
-    double dMin = 1e300;
+    double dMax = -1.0, dMin = 1e300;
     for (int i = 0; i < 40; ++i) {
         for (int j = i + 1; j < 40; ++j) {
             dMax = std::fmax(dMax, cloud[i].DistanceTo(cloud[j]));
@@ -186,9 +183,8 @@ TEST(ConvexHull, MatchesABruteForceHullOnRandomSetsInAnyFlatPlane) {
 TEST(ConvexHull, DropsPointsOnEdgesAndFollowsTheTieAndOrderRules) {
     // A full grid: exactly its four corners, thanks to the tie rules of the first chord.
     CNuPointArray grid;
-    for (int i = 0; i < 5; ++i)
-        for (int j = 0; j < 5; ++j)
-            grid.Add(CNuPoint(i, j, 0.0));
+    for (int k = 0; k < 25; ++k)  // (0, 0), (0, 1), ... (4, 4)
+        grid.Add(CNuPoint(k / 5, k % 5, 0.0));
     EXPECT_EQ(Hull(grid), (Order{24, 4, 0, 20}));
     struct {
         std::vector<CNuPoint> points;

@@ -6,10 +6,11 @@
 #include <fstream>
 
 #include "dense_support.h"
-#include "geometry_test_support.h"
+#include "geometry_support.h"
 #include "numorix/curves/circle.h"
 #include "numorix/foundation/tolerance.h"
 #include "numorix/geometry/line.h"
+#include "numorix/geometry/non_linear_geometry.h"
 #include "numorix/geometry/plane.h"
 
 namespace numorix {
@@ -19,6 +20,13 @@ using test::kGeometry;
 using test::PointsNear;
 using G = CNuGeometry;
 
+// A positioned element whose frame the tests can set and read.
+class Element : public CNuNonLinearGeometry {
+  public:
+    using CNuNonLinearGeometry::GetPosition;
+    using CNuNonLinearGeometry::SetPosition;
+};
+
 TEST(Point, ComparesByAStrictBoxRefusesTinyDivisorsAndVanishingMidPlanesAndKeepsItsRecord) {
     CNuPoint p(1.0, 2.0, 3.0);
     EXPECT_EQ(p.IsEqual(p, 0.0), eNuFalse);
@@ -26,22 +34,20 @@ TEST(Point, ComparesByAStrictBoxRefusesTinyDivisorsAndVanishingMidPlanesAndKeeps
     EXPECT_EQ(p.IsEqual(CNuPoint(1.9, 2.9, 3.9), 1.0), eNuTrue);
     EXPECT_EQ(p.IsEqual(CNuPoint(2.0, 2.0, 3.0), 1.0), eNuFalse);
     EXPECT_EQ(CNuPoint(0.5, 0.0, 0.0).IsZero(0.5), eNuFalse);
-    CNuLine xAxis(CNuPoint(), CNuVector(1.0, 0.0, 0.0));
     test::ExpectFailures<CNuOperationException>({
         {[&] { p / 1e-301; }, 106, "operator/", "CNuPoint"},
         {[&] { p *= -1e301; }, 107, "operator*=", "CNuPoint"},
         {[&] { p.MidPlane(p); }, 119, "calculation", "CNuPoint::MidPlane(CNuPoint)"},
-        {[&] { CNuPoint(7, 0, 0).MidPlane(xAxis); }, 121, "calculation",
-         "CNuPoint::MidPlane(CNuLine)"},
+        {[&] { CNuPoint(7, 0, 0).MidPlane(CNuLine(CNuPoint(), CNuVector(1, 0, 0))); }, 121,
+         "calculation", "CNuPoint::MidPlane(CNuLine)"},
     });
     EXPECT_TRUE(PointsNear(p, CNuPoint(1.0, 2.0, 3.0), test::kExact)) << "left unchanged";
     // The record: a tag and three doubles; a wrong tag reads nothing.
     test::TempPath path("point_record.bin");
-    {
-        std::ofstream out(path.Name(), std::ios::binary | std::ios::trunc);
-        ASSERT_TRUE(CNuPoint(1.5, -2.25, 1e-300).BinaryDump(out));
-        out.write("l", 1);
-    }
+    std::ofstream out(path.Name(), std::ios::binary | std::ios::trunc);
+    ASSERT_TRUE(CNuPoint(1.5, -2.25, 1e-300).BinaryDump(out));
+    out.write("l", 1);
+    out.close();
     EXPECT_EQ(path.Bytes().size(), 26u) << "25 bytes and a stray tag";
     std::ifstream in(path.Name(), std::ios::binary);
     ASSERT_TRUE(p.BinaryRead(in));
@@ -52,17 +58,14 @@ TEST(Point, ComparesByAStrictBoxRefusesTinyDivisorsAndVanishingMidPlanesAndKeeps
 TEST(Point, MeasuresBisectsAndRotatesByClosedFormsAndFrameChangesAreUndone) {
     test::Random rng;
     for (int k = 0; k < 100; ++k) {
-        CNuPoint p = test::RandomPoint(rng);
-        CNuPoint q = test::RandomPoint(rng);
+        CNuPoint p = test::RandomPoint(rng), q = test::RandomPoint(rng);
         CNuVector d = test::RandomDirection(rng);
         CNuVector pq = (p - q).To3DVector();
         CNuLine line(q, d);
         EXPECT_NEAR(p.DistanceTo(line), (pq * d).Magnitude() / d.Magnitude(), kGeometry);
-        CNuPlane plane(q, d);
-        EXPECT_NEAR(p.DistanceTo(plane), std::fabs(pq % d) / d.Magnitude(), kGeometry);
+        EXPECT_NEAR(p.DistanceTo(CNuPlane(q, d)), std::fabs(pq % d) / d.Magnitude(), kGeometry);
         // Mid planes bisect: to a point, and to the foot on a line.
-        CNuPlane mid = p.MidPlane(q);
-        EXPECT_NEAR(p.DistanceTo(mid), 0.5 * p.DistanceTo(q), kGeometry);
+        EXPECT_NEAR(p.DistanceTo(p.MidPlane(q)), 0.5 * p.DistanceTo(q), kGeometry);
         EXPECT_NEAR(p.DistanceTo(p.MidPlane(line)), 0.5 * p.DistanceTo(line), kGeometry);
         double dAngle = rng.Uniform(-170.0, 170.0);
         CNuPoint b(p);
@@ -77,7 +80,7 @@ TEST(Point, MeasuresBisectsAndRotatesByClosedFormsAndFrameChangesAreUndone) {
         EXPECT_TRUE(PointsNear(f.World(b.x(), b.y(), b.z()), p, kGeometry));
     }
     // Into an element's frame: (p - T) R, R having the rows X (0, 1, 0), Y (-1, 0, 0), Z.
-    test::Element element;
+    Element element;
     element.SetPosition(CNuPoint(1, 2, 3), CNuVector(0, 1, 0), CNuVector(0, 0, 1));
     CNuPoint q(2.0, 2.0, 3.0);
     q.MoveTo(element);
@@ -118,8 +121,6 @@ TEST(Point, TellsItsSideAndIsOnAPlaneUpToTheLengthToleranceAndOffItJustBeyond) {
         });
     }
 }
-
-using test::Element;
 
 CNuPoint OriginOf(const Element& e) {
     CNuPoint origin;
@@ -163,8 +164,7 @@ TEST(PositionModel, RotatesAboutItsCentreAndItsTransformationTimesItsInverseIsTh
         e.Rotate(rng.Uniform(-180.0, 180.0), test::RandomDirection(rng));
         e.Rotate(rng.Uniform(-180.0, 180.0), CNuGeometry::eXAxis);
         e.Translate(rng.Uniform(-5.0, 5.0), rng.Uniform(-5.0, 5.0), rng.Uniform(-5.0, 5.0));
-        CNuMatrix t = e.GetTransformation();
-        CNuMatrix inverse = e.GetInverseTransformation();
+        CNuMatrix t = e.GetTransformation(), inverse = e.GetInverseTransformation();
         double dError = test::MaxDifference(t * inverse, CNuMatrix::Identity(4));
         EXPECT_LE(dError, kGeometry) << "T T^-1 - I reaches " << dError;
         // A local point reaches the world as local R + T in one homogeneous product.

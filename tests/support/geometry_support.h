@@ -59,8 +59,7 @@ inline CNuVector RandomDirection(Random& rng) {
 }
 
 inline double Gap(const CNuPoint& a, const CNuPoint& b) {
-    return std::sqrt((a.x() - b.x()) * (a.x() - b.x()) + (a.y() - b.y()) * (a.y() - b.y()) +
-                     (a.z() - b.z()) * (a.z() - b.z()));
+    return std::hypot(a.x() - b.x(), a.y() - b.y(), a.z() - b.z());
 }
 
 inline std::string Text(const CNuPoint& p) {
@@ -98,9 +97,7 @@ struct Frame {
     CNuVector z;
 
     CNuPoint World(double lx, double ly, double lz = 0.0) const {
-        return CNuPoint(origin.x() + lx * x[0] + ly * y[0] + lz * z[0],
-                        origin.y() + lx * x[1] + ly * y[1] + lz * z[1],
-                        origin.z() + lx * x[2] + ly * y[2] + lz * z[2]);
+        return origin + (x * lx + y * ly + z * lz).To3DPoint();
     }
     // Local coordinates of a world point.
     CNuPoint Local(const CNuPoint& p) const {
