@@ -266,6 +266,7 @@ CNuPoint WorldCentre(const SPlaneFrame& f, double cx, double cy) {
 }  // namespace
 
 void CNuCircle::FitMax(const CNuPointArray& points, double dTolerance) {
+    fit::CheckFinite(points, "CNuCircle");
     CNuVector v;
     int nCollinear = CNuGeometry::AreCollinear(points, &v, dTolerance);
     int n = points.GetSize();
@@ -306,6 +307,7 @@ void CNuCircle::FitMax(const CNuPointArray& points, double dTolerance) {
 }
 
 void CNuCircle::FitMin(const CNuPointArray& points, double dTolerance) {
+    fit::CheckFinite(points, "CNuCircle");
     int n = points.GetSize();
     if (n < 1) throw CNuBestfitException(1, "CNuCircle", 1);
     CNuVector v;

@@ -51,6 +51,7 @@ void CNuCircle::Fit(const CNuPointArray& points, long lMaxIterations) {
 void CNuCircle::Fit(const CNuPointArray& points, double* pdForm, double* pdSumSquares,
                     long lMaxIterations) {
     fit::CheckIterations(lMaxIterations, kLocation);
+    fit::CheckFinite(points, kLocation);
     // The plane is the only test of the data: too few points and collinear points are refused
     // there, under the plane's own location.
     CNuPlane plane;

@@ -196,6 +196,7 @@ void CNuCircle::FitMinZone(const CNuPointArray& points, double* pdZone, double d
                            long lMaxIterations) {
     fit::CheckIterations(lMaxIterations, "CNuCircle");
     g_nTorusZone.store(0, std::memory_order_relaxed);
+    fit::CheckFinite(points, "CNuCircle");
     int n = points.GetSize();
     if (n < 1) throw CNuBestfitException(1, "CNuCircle", 1);
     const CNuPoint* pIn = points.GetData();

@@ -6,6 +6,13 @@
 namespace numorix {
 namespace fit {
 
+void CheckFinite(const CNuPointArray& points, const char* pszLocation) {
+    const CNuPoint* p = points.GetData();
+    for (int i = 0; i < points.GetSize(); ++i)
+        if (!std::isfinite(p[i].x()) || !std::isfinite(p[i].y()) || !std::isfinite(p[i].z()))
+            throw CNuBestfitException(14, pszLocation, i);
+}
+
 void CleanDirection(CNuVector* pDirection) {
     double* pd = pDirection->GetData();
     double dTol = NuGetTol();

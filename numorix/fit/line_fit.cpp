@@ -13,6 +13,7 @@
 namespace numorix {
 
 void CNuLine::Fit(const CNuPointArray& points) {
+    fit::CheckFinite(points, "CNuLine");
     int n = points.GetSize();
     if (n < 2) throw CNuBestfitException(1, "CNuLine", 2);
     const CNuPoint* p = points.GetData();

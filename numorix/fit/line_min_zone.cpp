@@ -472,6 +472,7 @@ bool Reaches(double dx, double dy, double dz, double dTol) {
 void CNuLine::FitMinZone(const CNuPointArray& points, double* pdZone, double dTolerance,
                          long lMaxIterations) {
     fit::CheckIterations(lMaxIterations, "CNuLine");
+    fit::CheckFinite(points, "CNuLine");
     int n = points.GetSize();
     if (n < 2) throw CNuBestfitException(1, "CNuLine", 2);
     if (CNuGeometry::NumberDistinctPoints(points, 2, dTolerance) == 0)

@@ -11,6 +11,7 @@
 namespace numorix {
 
 void CNuPlane::Fit(const CNuPointArray& points) {
+    fit::CheckFinite(points, "CNuPlane");
     CNuVector normal;
     int nCollinear = CNuGeometry::AreCollinear(points, &normal, NuGetLengthTol());
     int n = points.GetSize();

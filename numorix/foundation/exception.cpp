@@ -105,10 +105,12 @@ constexpr MessageRow kMessageTable[] = {
     {209, "size of distinct data points should be greater than %d\n", Fill::kValue1},
     {210, "operation not supported currently\n", Fill::kNone},
     {211, "algorithm failure\n", Fill::kNone},
+    // Not one of the documented rows: a fit given a point with a NaN or infinite coordinate.
+    {214, "point %d has a coordinate that is not a finite number\n", Fill::kValue1},
 };
 
 const MessageRow* FindRow(int nStored) {
-    if (nStored < 1 || nStored > 211) return nullptr;
+    if (nStored < 1 || nStored > 214) return nullptr;
     for (const MessageRow& row : kMessageTable) {
         if (row.nStored == nStored) return &row;
     }

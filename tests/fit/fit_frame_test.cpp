@@ -1,9 +1,12 @@
 // The fit frame: how the Ex operations map failures and keep the thread's length tolerance, the
 // refusals of the line, plane and circle fits.
-#include "numorix/fit/internal/fit_frame.h"
+#include <cmath>
+#include <vector>
+
 #include "fit_test_support.h"
 #include "numorix/curves/circle.h"
 #include "numorix/curves/curve.h"
+#include "numorix/fit/internal/fit_frame.h"
 
 namespace numorix {
 namespace {
@@ -69,6 +72,44 @@ TEST(FitRefusals, EveryFitRefusesBadInputWithItsCauseAndLocation) {
         {[&] { line.FitMinZone(kTetra, &dZone, 1e-9, 10); }, 145, "FitMinZone", "CNuLine"},
         {[&] { circle.FitMinZone(kTetra, &dZone, 1e-9, 10); }, 145, "FitMinZone", "CNuCircle"},
     });
+}
+
+// Every fit refuses a point with a NaN or infinite coordinate before it reads the points
+// otherwise: stored 214 at the fitted class with the index of the first bad point, whatever else
+// is wrong with the data; the Ex forms fail.
+TEST(FitRefusals, EveryFitNamesTheFirstPointWithANonFiniteCoordinate) {
+    const double kNaN = std::nan(""), kInf = HUGE_VAL;
+    const CNuPointArray bad[] = {test::Points({{0, 0, 0}, {1, 0, 0}, {0, kNaN, 0}, {1, 1, kInf}}),
+                                 test::Points({{1, 1, 1}, {-kInf, 0, 0}, {1, 1, 1}, {kNaN, 0, 0}})};
+    CNuLine line;
+    CNuPlane plane;
+    CNuCircle circle(1.0);
+    double dZone = -1.0, dForm = -1.0, dSum = -1.0;
+    for (int k = 0; k < 2; ++k) {
+        const CNuPointArray& p = bad[k];
+        const int nFirst = 2 - k;
+        test::ExpectFailures<CNuBestfitException>({
+            {[&] { line.Fit(p); }, 214, nullptr, "CNuLine", nFirst},
+            {[&] { line.FitMinZone(p, &dZone, 1e-9, 10); }, 214, nullptr, "CNuLine", nFirst},
+            {[&] { plane.Fit(p, &dForm, &dSum); }, 214, nullptr, "CNuPlane", nFirst},
+            {[&] { plane.FitMinZone(p, &dZone, 1e-9); }, 214, nullptr, "CNuPlane", nFirst},
+            {[&] { circle.Fit(p, 10); }, 214, nullptr, "CNuCircle", nFirst},
+            {[&] { circle.FitMin(p, 1e-9); }, 214, nullptr, "CNuCircle", nFirst},
+            {[&] { circle.FitMax(p, 1e-9); }, 214, nullptr, "CNuCircle", nFirst},
+            {[&] { circle.FitMinZone(p, &dZone, 1e-9, 10); }, 214, nullptr, "CNuCircle", nFirst},
+        });
+        EXPECT_EQ(std::vector<int>({line.FitMinZoneEx(p, &dZone, 1e-9, 10), circle.FitEx(p, 10),
+                                    circle.FitMinEx(p, 1e-9), circle.FitMaxEx(p, 1e-9),
+                                    circle.FitMinZoneEx(p, &dZone, 1e-9, 10)}),
+                  std::vector<int>(5, eNuFitFailed));
+    }
+    try {
+        circle.FitMinZone(bad[0], &dZone, 1e-9, 10);
+    } catch (const CNuException& e) {
+        EXPECT_EQ(test::MessageOf(e),
+                  "Numorix exception: fitting failed for CNuCircle\n"
+                  "    point 2 has a coordinate that is not a finite number\n");
+    }
 }
 
 // The start of the conic fits is a protected helper of the curve family: the foci and semi-axis of

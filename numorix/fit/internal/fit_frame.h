@@ -36,6 +36,12 @@ inline void CheckIterations(long lMaxIterations, const char* pszLocation) {
     if (lMaxIterations <= 0) throw CNuBestfitException(13, pszLocation);
 }
 
+// Stored 214 located at pszLocation, carrying the index of the first point that has a coordinate
+// which is not a finite number (NaN or infinite). Every public fit runs this before it reads its
+// points otherwise, so that bad data are named instead of failing deep inside a decomposition or
+// being passed over by a comparison.
+void CheckFinite(const CNuPointArray& points, const char* pszLocation);
+
 // Calls fit() and reports how it ended: a best-fit failure of cause 12 is "not converged",
 // every other failure of any type "failed".
 template <class F>
