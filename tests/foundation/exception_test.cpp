@@ -43,6 +43,7 @@ TEST(ExceptionMessages, RowsFillTheirPlaceholdersAfterTheHeaderOfTheirClass) {
         {140, kOperation + "parametric value not in valid interval [1.500000, -2.250000]\n"},
         {201, kFit + "size of given points less than minimum 3\n"},
         {211, kFit + "algorithm failure\n"},
+        {214, kFit + "point 3 has a coordinate that is not a finite number\n"},
     };
     for (const auto& row : rows)
         EXPECT_EQ(Composed(row.nStored), row.sExpected) << "stored " << row.nStored;
