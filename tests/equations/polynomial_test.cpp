@@ -59,8 +59,9 @@ TEST(Polynomial, SimplifiesSumsAndProductsComparesStrictlyAndRefusesWithItsCause
                           a.IsEqual(Poly({1.0, 2.0, 3.0, 0.0}), 1.0)}),
         std::vector<int>({1, 4, 2, 2, 1, 0, 1, 0, 0}));
     EXPECT_EQ(std::vector<double>({(a + 2.0)[0], (a + 2.0)[2], (a - 1.0)[0], (a / 2.0)[2],
-                                   (CNuPolynomial(a) -= 4.0)[0], (CNuPolynomial(a) += 4.0)[0]}),
-              std::vector<double>({3.0, 3.0, 0.0, 1.5, -3.0, 5.0}));
+                                   (CNuPolynomial(a) -= 4.0)[0], (CNuPolynomial(a) += 4.0)[0],
+                                   (CNuPolynomial(a) *= 2.0)[2]}),
+              std::vector<double>({3.0, 3.0, 0.0, 1.5, -3.0, 5.0, 6.0}));
     CNuPolynomial b = Poly({1.0, 2.0});
     const CNuDoubleArray two = test::Doubles({1, 2}), one = test::Doubles({1});
     test::ExpectNuFailure<CNuConstructionException>([] { CNuPolynomial q(-1); }, 2, "degree",

@@ -125,9 +125,9 @@ TEST(PointSetStatics, CollinearityCoplanarityAndDistinctPointsAreJudgedByDistanc
     EXPECT_EQ(CNuGeometry::AreCoplanar(flat, 1e-9), 0);
     EXPECT_EQ(CNuGeometry::AreCoplanar(flat, 0.2), 1);
     // Collinear: the plane normal to point 0 -> last point.
-    CNuPointArray line = Points({{0, 0, 0}, {1, 0, 0}, {2, 0, 0}, {3, 0, 0}});
+    CNuPointArray line = Points({{0, 0, 0}, {1, 0, 0}, {3, 0, 0}, {-2, 0, 0}});
     EXPECT_EQ(CNuGeometry::AreCoplanar(line, &plane, 1e-9), 1);
-    EXPECT_EQ(plane.GetNormal()[0], 1.0);
+    EXPECT_EQ(plane.GetNormal()[0], -1.0);
     // (0.6, 0.6, 0) is 0.85 from the origin, though inside a box of 0.9.
     CNuPointArray pair = Points({{0, 0, 0}, {0.6, 0.6, 0}});
     EXPECT_EQ(CNuGeometry::NumberDistinctPoints(pair, 2, 0.8), 1);

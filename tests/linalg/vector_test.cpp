@@ -111,6 +111,7 @@ TEST(Vector, EveryRefusalStoresItsCauseNameAndLocation) {
         {[&] { b* CNuMatrix(3, 4); }, 105, "operator*", "CNuVector"},
         {[&] { -2e300 * a; }, 107, "operator*", "CNuVector"},
         {[&] { a /= -1e-301; }, 106, "operator/=", "CNuVector"},
+        {[&] { v / 0.0; }, 106, "operator/", "CNuVector"},
         // An axis of two elements is refused by checked access rather than read past its end.
         {[&] { CNuGeometry::RotationMatrix(10.0, two); }, 103, "element operator[]", "CNuVector"},
         {[&] { v.Rotate(10.0, two); }, 110, "rotation", "CNuVector"},
