@@ -82,6 +82,7 @@ TEST(Complex, RefusalsCarryTheirCausesStringsAndBounds) {
         {[] { CNuComplex(0.0, 0.0).ToPolarForm(); }, 5, "modulus", "CNuComplexPolar"},
         {[] { CNuComplexPolar(-1.0, 0.0); }, 5, "modulus", "CNuComplexPolar"},
         {[] { CNuComplexArray b(-1); }, 2, "size", "CNuComplexArray"},
+        {[] { CNuComplexPolarArray b(2, 0); }, 15, "nArrayExpandSize", "CNuComplexPolarArray"},
     });
     test::ExpectFailures<CNuOperationException>({
         {[&] { z * 2e300; }, 107, "operator*", "CNuComplex"},

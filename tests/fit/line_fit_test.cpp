@@ -52,18 +52,19 @@ TEST(LineAndPlaneFit, FormAndSumOfSquaresFollowTheResidualsOfEachMode) {
     plane.Fit(test::Points({{0, 0, 0}, {0, 1, 0}, {1, 0, 0}}), &dForm, &dSum);
     EXPECT_EQ((std::vector<double>{plane.GetNormal()[2], dForm, dSum}),
               (std::vector<double>{-1, 0, 0}));
-    // Signed residuals 0.25 (four times) and -1 about the x axis in z = 5; distances 0.3,
-    // sqrt(0.1) and 0.1 (each twice) about it in space; residuals 0.14, 0.14, -0.06, -0.06 and
-    // -0.16 about the plane z = -0.04.
+    // Signed residuals 0.25 (four times) and -1 about the line x = 10.25 in z = 5; distances 0.3,
+    // sqrt(0.1) and 0.1 (each twice) about the line x = y = 0 in space; residuals 0.14, 0.14,
+    // -0.06, -0.06 and -0.16 about the plane z = -0.04. The lines stand off the origin and off
+    // the x axis, so that every coordinate enters the residuals.
     const struct {
         double dForm, dSum;
         bool bPlane;
         std::vector<CNuPoint> points;
     } cases[] = {
         // clang-format off
-        {1.25, 1.25, false, {{-2, 0.25, 5}, {-1, 0.25, 5}, {0, -1, 5}, {1, 0.25, 5}, {2, 0.25, 5}}},
+        {1.25, 1.25, false, {{10.5, -2, 5}, {10.5, -1, 5}, {9.25, 0, 5}, {10.5, 1, 5}, {10.5, 2, 5}}},
         {2.0 * std::sqrt(0.1), 0.4, false,
-         {{-2, 0.3, 0}, {2, 0.3, 0}, {-1, -0.3, 0.1}, {1, -0.3, 0.1}, {-3, 0, -0.1}, {3, 0, -0.1}}},
+         {{0, 0.3, 8}, {0, 0.3, 12}, {0.1, -0.3, 9}, {0.1, -0.3, 11}, {-0.1, 0, 7}, {-0.1, 0, 13}}},
         {0.3, 0.072, true, {{2, 2, 0.1}, {-2, -2, 0.1}, {2, -2, -0.1}, {-2, 2, -0.1}, {0, 0, -0.2}}},
         // clang-format on
     };

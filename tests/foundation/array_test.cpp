@@ -121,7 +121,9 @@ TEST(ArraySearch, FindMaxMinSubArrayAndPredicatesFollowTheirStrictTests) {
     EXPECT_EQ(Doubles({-7.0, -9.0}).Max(), -2.0);
     EXPECT_EQ(Doubles({7.0}).Min(), 2.0);
     const CNuDoubleArray b = Doubles({1.0, 2.25}, 7), c = Doubles({1.0, 2.0});
-    EXPECT_EQ(std::vector<int>({c.IsEqual(b, 0.25), c.IsEqual(b, 0.3)}), std::vector<int>({0, 1}));
+    EXPECT_EQ(std::vector<int>(
+                  {c.IsEqual(b, 0.25), c.IsEqual(b, 0.3), Doubles({0.0, 2.0}).IsEqual(c, 0.5)}),
+              std::vector<int>({0, 1, 0}));
     const CNuDoubleArray tie = Doubles({1, 1, 2}), drop = Doubles({1, 3, 2});
     EXPECT_EQ(
         std::vector<int>({tie.IsMonotonicIncreasing(), tie.IsStrictlyIncreasing(),
