@@ -84,6 +84,11 @@ TEST(ArcCosSin, InvertsCosSinInEveryQuadrantAndTheQuarterTurnsAreExact) {
     double c = 0.0, s = 1.0;
     NuCosSin(Nu_PI * 0.25, &c, &s);
     EXPECT_EQ(c, s) << "forty-five degrees";
+    // The snap to a quarter turn is strict: a sine exactly NuGetZero() short of 1 keeps its cosine.
+    volatile double dNear = 1.5707;
+    test::ScopedTolerance zero(NuGetZero, NuSetZero, std::fabs(std::fabs(std::sin(dNear)) - 1.0));
+    NuCosSin(dNear, &c, &s);
+    EXPECT_NE(c, 0.0);
     EXPECT_NEAR(acosh(10.0), std::acosh(10.0), kFewUlps * std::acosh(10.0));
     test::ExpectNuFailure<CNuOperationException>([] { acosh(0.999); }, 101, "calculation", "acosh");
 }

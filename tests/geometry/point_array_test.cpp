@@ -29,6 +29,7 @@ TEST(PointArray, RefusesBadIndicesSizesAndEmptyMeasuresAndInsertsItsOwnElements)
     test::ExpectNuFailure<CNuConstructionException>([] { CNuPointArray b(-1, 4); }, 2, "Size",
                                                     "CNuPointArray");
     EXPECT_EQ(test::Xs(a.SubArray(test::Ints({1, 0, 1}))), (XList{0, 2}));
+    EXPECT_EQ(a.SubArray(1, 2).GetCapacity(), 2) << "the range's length";
     a.Insert(CNuPoint(9, 0, 0), 1);
     a.Insert(a[3], 0);  // an element of the array itself, while the array grows
     EXPECT_EQ(test::Xs(a), (XList{2, 0, 9, 1, 2}));
