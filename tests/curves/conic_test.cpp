@@ -22,8 +22,9 @@ using test::PointsNear;
 using G = CNuGeometry;
 
 // Secants through two random points of the curve, local(s) in the frame f, give both; a line
-// through one of them that leaves the plane gives that one; a plane through the secant gives both
-// again; a parallel plane, and a parallel line off the plane whose shadow crosses the curve, none.
+// through one of them that leaves the plane, given by a point off the plane, gives that one; a
+// plane through the secant gives both again; a parallel plane, and a parallel line off the plane
+// whose shadow crosses the curve, none.
 template <class Conic, class Local>
 void CheckSecantsAndPiercings(const char* pszName, const Conic& conic, const Frame& f, Local local,
                               test::Random& rng, double dLow, double dHigh) {
@@ -40,7 +41,8 @@ void CheckSecantsAndPiercings(const char* pszName, const Conic& conic, const Fra
         double dTurn = rng.Uniform(0.0, Nu_2PI);
         CNuVector leaving =
             f.x * std::cos(dTurn) + f.y * std::sin(dTurn) + f.z * rng.Uniform(0.2, 0.6);
-        ASSERT_EQ(conic.IntersectWith(CNuLine(w1, leaving), &a, &b), 1);
+        ASSERT_EQ(conic.IntersectWith(CNuLine(w1 + (leaving * 0.7).To3DPoint(), leaving), &a, &b),
+                  1);
         EXPECT_TRUE(PointsNear(a, w1, kCurve));
         CNuPlane plane(w1, (w2 - w1).To3DVector() * (f.z + f.y * rng.Uniform(-1.0, 1.0)));
         ASSERT_EQ(conic.IntersectWith(plane, &a, &b), 2);

@@ -73,14 +73,6 @@ TEST(Polynomial, SimplifiesSumsAndProductsComparesStrictlyAndRefusesWithItsCause
         {[&] { b.Fit(two, one); }, 105, "data checking", "CNuPolynomial::Fit()"},
     });
     EXPECT_EQ(b[1], 2.0) << "refused scalings leave the coefficients";
-    // Three samples at one abscissa fix c0 + 2 c1 + 4 c2 = 1 only: the cut leaves the
-    // minimum-norm coefficients (1, 2, 4) / 21.
-    CNuPolynomial q(2);
-    q.Fit(test::Doubles({2.0, 2.0, 2.0}), test::Doubles({1.0, 1.0, 1.0}));
-    EXPECT_TRUE(std::fabs(q[0] - 1.0 / 21) + std::fabs(q[1] - 2.0 / 21) +
-                    std::fabs(q[2] - 4.0 / 21) <
-                1e-12)
-        << q[0] << ", " << q[1] << ", " << q[2];
 }
 
 // Norris is fitted to its certified values.
