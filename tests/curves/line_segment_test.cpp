@@ -70,8 +70,7 @@ TEST(LineSegment, MeetsAndMeasuresSegmentsCrossingSkewOverlappingOrMeetingAtAnEn
     EXPECT_TRUE(test::PairNear(p, q, CNuPoint(2, 0, 0), CNuPoint(2, 0, 0), 0.0)) << "this end";
     // Crossing inside, meeting exactly at an end of either, crossing just beyond, and parallel.
     struct {
-        CNuPoint a;
-        CNuPoint b;
+        CNuPoint a, b;
         int nMeet;
         CNuPoint at;
     } rows[] = {{{1, -1, 0}, {1, 1, 0}, 1, {1, 0, 0}}, {{2, 0, 0}, {2, 3, 0}, 1, {2, 0, 0}},

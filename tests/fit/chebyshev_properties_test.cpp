@@ -50,8 +50,7 @@ TEST(ChebyshevFits, KeepTheirAnswerUnderPermutationDuplicationInsidePointsAndSca
         slab.Add(CNuPoint(x, y, 0.2 * x - 0.4 * y + rng.Uniform(-0.5, 0.5)));
     }
     // The fits are asked for 1e-9 of the data's size (10); an answer may miss by a few such.
-    constexpr double kFitTol = 1e-8;
-    constexpr double kSlack = 20.0 * kFitTol;
+    constexpr double kFitTol = 1e-8, kSlack = 20.0 * kFitTol;
     for (EFit eFit : {eLineZone, ePlaneZone, eCircleZone, eCircumscribed, eInscribed}) {
         const CNuPointArray& p = eFit == eLineZone ? lined : eFit == ePlaneZone ? slab : lobed;
         CNuPoint inside;

@@ -25,9 +25,7 @@ constexpr double kPi = 3.14159265358979323846;
 // points in space: a fit that mishandles the projection is caught.
 struct SConfig {
     int n;
-    double dArcDegrees;
-    double dRadius;
-    double dOffset;
+    double dArcDegrees, dRadius, dOffset;
     bool bTilted;
 };
 

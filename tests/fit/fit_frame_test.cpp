@@ -44,7 +44,7 @@ TEST(FitEx, MapsNotConvergedAndEveryOtherFailureAndRestoresTheLengthTolerance) {
 
 // One row per fit and rule, with the stored cause, location and the count of points named.
 // Limits below 1 escape even the Ex forms.
-TEST(FitRefusals, EveryFitRefusesBadInputWithItsCauseAndLocation) {
+TEST(FitRefusals, EveryFitRefusesBadInputWithItsCauseLocationAndIndex) {
     CNuLine line;
     CNuPlane plane;
     CNuCircle circle(1.0);
@@ -72,34 +72,27 @@ TEST(FitRefusals, EveryFitRefusesBadInputWithItsCauseAndLocation) {
         {[&] { line.FitMinZone(kTetra, &dZone, 1e-9, 10); }, 145, "FitMinZone", "CNuLine"},
         {[&] { circle.FitMinZone(kTetra, &dZone, 1e-9, 10); }, 145, "FitMinZone", "CNuCircle"},
     });
-}
-
-// Every fit refuses a point with a NaN or infinite coordinate before it reads the points
-// otherwise: stored 214 at the fitted class with the index of the first bad point, whatever else
-// is wrong with the data (here collinear or coincident points); the Ex forms fail.
-TEST(FitRefusals, EveryFitNamesTheFirstPointWithANonFiniteCoordinate) {
+    // Every fit refuses a point with a NaN or infinite coordinate before it reads the points
+    // otherwise: stored 214 at the fitted class with the index of the first bad point, whatever
+    // else is wrong with the data (here collinear or coincident points); the Ex forms fail.
     const double kNaN = std::nan(""), kInf = HUGE_VAL;
-    CNuLine line;
-    CNuPlane plane;
-    CNuCircle circle(1.0);
-    double d = -1.0;
     for (const CNuPointArray& p :
          {test::Points({{0, 0, 0}, {1, 0, 0}, {0, kNaN, 0}, {1, kInf, 1}}),
           test::Points({{1, 1, 1}, {-kInf, 0, 0}, {1, 1, 1}, {kNaN, 0, 0}})}) {
         const int n = std::isnan(p[2].y()) ? 2 : 1;
         test::ExpectFailures<CNuBestfitException>({
             {[&] { line.Fit(p); }, 214, nullptr, "CNuLine", n},
-            {[&] { line.FitMinZone(p, &d, 1e-9, 10); }, 214, nullptr, "CNuLine", n},
-            {[&] { plane.Fit(p, &d, &d); }, 214, nullptr, "CNuPlane", n},
-            {[&] { plane.FitMinZone(p, &d, 1e-9); }, 214, nullptr, "CNuPlane", n},
+            {[&] { line.FitMinZone(p, &dZone, 1e-9, 10); }, 214, nullptr, "CNuLine", n},
+            {[&] { plane.Fit(p, &dZone, &dZone); }, 214, nullptr, "CNuPlane", n},
+            {[&] { plane.FitMinZone(p, &dZone, 1e-9); }, 214, nullptr, "CNuPlane", n},
             {[&] { circle.Fit(p, 10); }, 214, nullptr, "CNuCircle", n},
             {[&] { circle.FitMin(p, 1e-9); }, 214, nullptr, "CNuCircle", n},
             {[&] { circle.FitMax(p, 1e-9); }, 214, nullptr, "CNuCircle", n},
-            {[&] { circle.FitMinZone(p, &d, 1e-9, 10); }, 214, nullptr, "CNuCircle", n},
+            {[&] { circle.FitMinZone(p, &dZone, 1e-9, 10); }, 214, nullptr, "CNuCircle", n},
         });
-        EXPECT_EQ(std::vector<int>({line.FitMinZoneEx(p, &d, 1e-9, 10), circle.FitEx(p, 10),
+        EXPECT_EQ(std::vector<int>({line.FitMinZoneEx(p, &dZone, 1e-9, 10), circle.FitEx(p, 10),
                                     circle.FitMinEx(p, 1e-9), circle.FitMaxEx(p, 1e-9),
-                                    circle.FitMinZoneEx(p, &d, 1e-9, 10)}),
+                                    circle.FitMinZoneEx(p, &dZone, 1e-9, 10)}),
                   std::vector<int>(5, eNuFitFailed));
     }
 }

@@ -34,21 +34,15 @@ namespace numorix {
 namespace oracle {
 
 struct SXY {
-    double x;
-    double y;
+    double x, y;
 };
 
 struct SCircleXY {
-    double x;
-    double y;
-    double r;
+    double x, y, r;
 };
 
 struct SAnnulusXY {
-    double x;
-    double y;
-    double rInner;
-    double rOuter;
+    double x, y, rInner, rOuter;
 };
 
 using KEpick = CGAL::Exact_predicates_inexact_constructions_kernel;
@@ -57,7 +51,8 @@ inline SCircleXY MinEnclosingCircle(const std::vector<SXY>& points) {
     using Traits = CGAL::Min_circle_2_traits_2<KEpick>;
     std::vector<KEpick::Point_2> p;
     p.reserve(points.size());
-    for (const SXY& q : points) p.emplace_back(q.x, q.y);
+    for (const SXY& q : points)
+        p.emplace_back(q.x, q.y);
     CGAL::Min_circle_2<Traits> mc(p.begin(), p.end(), true);
     const auto& c = mc.circle();
     return {CGAL::to_double(c.center().x()), CGAL::to_double(c.center().y()),
@@ -68,7 +63,8 @@ inline SCircleXY LargestEmptyCircle(const std::vector<SXY>& points) {
     using Delaunay = CGAL::Delaunay_triangulation_2<KEpick>;
     std::vector<KEpick::Point_2> p;
     p.reserve(points.size());
-    for (const SXY& q : points) p.emplace_back(q.x, q.y);
+    for (const SXY& q : points)
+        p.emplace_back(q.x, q.y);
     Delaunay dt(p.begin(), p.end());
     SCircleXY best{0.0, 0.0, -1.0};
     for (auto f = dt.finite_faces_begin(); f != dt.finite_faces_end(); ++f) {
@@ -86,7 +82,8 @@ inline SAnnulusXY MinAreaAnnulus(const std::vector<SXY>& points) {
     using Traits = CGAL::Min_sphere_annulus_d_traits_2<K, CGAL::Gmpzf, double>;
     std::vector<K::Point_2> p;
     p.reserve(points.size());
-    for (const SXY& q : points) p.emplace_back(q.x, q.y);
+    for (const SXY& q : points)
+        p.emplace_back(q.x, q.y);
     CGAL::Min_annulus_d<Traits> ma(p.begin(), p.end());
     // Homogeneous centre (hx, hy, hw) and squared radii over a common denominator, all exact:
     // divide as exact quotients before rounding to double.

@@ -92,9 +92,7 @@ inline ::testing::AssertionResult PairNear(const CNuPoint& a, const CNuPoint& b,
 // own completion of an axis.
 struct Frame {
     CNuPoint origin;
-    CNuVector x;
-    CNuVector y;
-    CNuVector z;
+    CNuVector x, y, z;
 
     CNuPoint World(double lx, double ly, double lz = 0.0) const {
         return origin + (x * lx + y * ly + z * lz).To3DPoint();

@@ -192,8 +192,7 @@ struct SFailure {
     int nStored;
     const char* pszName;
     const char* pszLocation;
-    int nValue1 = kAnyValue;
-    int nValue2 = kAnyValue;
+    int nValue1 = kAnyValue, nValue2 = kAnyValue;
 };
 
 // Runs every row of a table of refusals, each expected to throw E; a failing row prints its index.
