@@ -153,7 +153,8 @@ TEST(Matrix, FactorsReproduceThePermutedMatrixAndDeterminantsAgreeWithEigen) {
     }
 }
 
-// Row-scaled figures: among equal ones the lower row wins; a column of NaN compares nowhere and
+// Row-scaled figures (each row by its own largest element, however small): among equal ones the
+// lower row wins; a column of NaN compares nowhere and
 // keeps its rows; a zero row marks the matrix singular and is taken last; a pivot below the zero
 // tolerance marks it singular, stays in place and scales its multipliers by 1 / NuGetTol()^2.
 TEST(Matrix, PivotsFollowTheRowScaledFiguresAndVanishingPivotsMarkTheMatrixSingular) {
@@ -168,6 +169,7 @@ TEST(Matrix, PivotsFollowTheRowScaledFiguresAndVanishingPivotsMarkTheMatrixSingu
         {test::Mat({{dNaN, 1.0, 2.0}, {dNaN, 3.0, 1.0}, {dNaN, 5.0, 4.0}}), 1e-300, {0, 1, 2}, 0},
         {test::Mat({{0.0, 0.0, 0.0}, {1.0, 2.0, 3.0}, {4.0, 5.0, 7.0}}), 1e-300, {2, 1, 2}, 1},
         {test::Mat({{1e-4, 1.0, 2.0}, {2e-4, 3.0, 4.0}, {5e-5, 5.0, 7.0}}), 1e-3, {1, 1, 2}, 1},
+        {test::Mat({{0.05, 0.06, 0.01}, {0.7, 1.0, 0.5}, {0.3, 0.2, 1.0}}), 1e-300, {0, 1, 2}, 0},
     };
     for (auto c : aCases) {
         test::ScopedTolerance guard(NuGetZero, NuSetZero, c.dZero);
