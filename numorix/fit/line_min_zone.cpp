@@ -44,8 +44,10 @@ double Cross(const SXY& o, const SXY& a, const SXY& b) {
     return (a.x - o.x) * (b.y - o.y) - (a.y - o.y) * (b.x - o.x);
 }
 
-// Stored 211 unless every coordinate is a finite number: no exchange can order NaN residuals.
-void CheckFinite(const std::vector<SXY>& pts) {
+// Stored 211 unless every projected coordinate is a finite number: no exchange can order NaN
+// residuals. The points were checked on entry (fit::CheckFinite); finite coordinates near the
+// largest double can still overflow in the projection.
+void CheckProjectedFinite(const std::vector<SXY>& pts) {
     for (const SXY& q : pts)
         if (!std::isfinite(q.x) || !std::isfinite(q.y)) throw CNuBestfitException(11, "CNuLine");
 }
@@ -423,7 +425,7 @@ void SupportLine(const SXY& p0, const SXY& p1, const SXY& p2, SXY* pDir, SXY* pL
 // (dDirX, dDirY) in the same frame. Returns the zone; *pDir and *pLoc are the middle line.
 double PlanarZone(const std::vector<SXY>& pts, double dDirX, double dDirY, double dTolerance,
                   long lMaxIterations, SXY* pDir, SXY* pLoc) {
-    CheckFinite(pts);
+    CheckProjectedFinite(pts);
     // The working frame: axes e1 (u) and e2 (v) in the caller's coordinates.
     SXY e1{dDirX, dDirY};
     SXY e2{-dDirY, dDirX};

@@ -7,6 +7,7 @@
 //                              the guarded call and restored afterwards on every path
 //     RunFitExCatchAll         no limit; tolerance as above; every failure -> failed
 //   CheckIterations            the limit test: lMaxIterations > 0, else stored 213
+//   CheckFinite                every coordinate finite, else stored 214 with the first bad index
 //   GaussNewton                the undamped loop: solve J step = -r, add the step, stop when the
 //                              element's measure falls below its threshold or stops shrinking;
 //                              reaching the limit, even in a converging last iteration, is 212
