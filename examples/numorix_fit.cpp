@@ -21,6 +21,8 @@
 
 #include <numorix/numorix.h>
 
+#include "point_file.h"
+
 namespace {
 
 using numorix::CNuPoint;
@@ -96,49 +98,6 @@ Options ParseArguments(int argc, char** argv) {
     }
     if (options.sElement.empty() || options.sFile.empty()) Usage();
     return options;
-}
-
-// Reads the point file; any malformed line ends the program with its file name and number.
-CNuPointArray ReadPoints(const std::string& sFile) {
-    std::ifstream in(sFile);
-    if (!in) Fail(sFile + ": cannot open file");
-    CNuPointArray points;
-    std::string sLine;
-    int nLine = 0;
-    while (std::getline(in, sLine)) {
-        ++nLine;
-        std::string::size_type nHash = sLine.find('#');
-        if (nHash != std::string::npos) sLine.erase(nHash);
-        for (char& c : sLine) {
-            if (c == ',' || c == '\t' || c == '\r') c = ' ';
-        }
-        std::vector<double> values;
-        const char* p = sLine.c_str();
-        while (*p != '\0') {
-            while (*p == ' ')
-                ++p;
-            if (*p == '\0') break;
-            char* pEnd = nullptr;
-            double d = std::strtod(p, &pEnd);
-            if (pEnd == p || (*pEnd != ' ' && *pEnd != '\0') || !std::isfinite(d)) {
-                const char* pWord = p;
-                while (*p != ' ' && *p != '\0')
-                    ++p;
-                Fail(sFile + ":" + std::to_string(nLine) + ": not a number: '" +
-                     std::string(pWord, p) + "'");
-            }
-            values.push_back(d);
-            p = pEnd;
-        }
-        if (values.empty()) continue;
-        if (values.size() != 2 && values.size() != 3) {
-            Fail(sFile + ":" + std::to_string(nLine) + ": expected 2 or 3 coordinates, found " +
-                 std::to_string(values.size()));
-        }
-        points.Add(CNuPoint(values[0], values[1], values.size() == 3 ? values[2] : 0.0));
-    }
-    if (points.GetSize() == 0) Fail(sFile + ": no points");
-    return points;
 }
 
 // Sets the thread's length tolerance for the length of a fit, as the library's Ex forms do.
@@ -361,7 +320,12 @@ int main(int argc, char** argv) {
     } else {
         Fail("unknown element '" + options.sElement + "' (line, plane, circle)");
     }
-    CNuPointArray points = ReadPoints(options.sFile);
+    CNuPointArray points;
+    try {
+        points = numorix_fit::ReadPointFile(options.sFile);
+    } catch (const numorix_fit::PointFileError& e) {
+        Fail(e.what());
+    }
     std::vector<Result> results = fit(points, options);
     if (options.bJson) {
         PrintJson(options, points.GetSize(), results);

@@ -242,15 +242,22 @@ void CNuPlane::FitMinZone(const CNuPointArray& points, double* pdZone, double dT
     CNuPointArray candidates(21);
     MinimalSlab(dTolerance, p, active, &quadruple, &candidates);
     long k = PointNotCovered(dTolerance, n, p, candidates);
+    // Scans in a row that met only active points while a single slab was left. Each scan moves
+    // the cursor past its point, so n of them have gone round every point: all uncovered points
+    // are active and the slab can never change (a negative tolerance does this).
+    int nActiveOnly = 0;
     while (k != -1) {
         int nK = static_cast<int>(k);
         if (active.Find(nK) >= 0) {
             // An active point outside a tied candidate only: keep the first slab, which holds
             // every active point, and scan again.
+            if (candidates.GetSize() <= 3 && ++nActiveOnly > n)
+                throw CNuBestfitException(11, "CNuPlane");
             candidates.Truncate(3);
             k = PointNotCovered(dTolerance, n, p, candidates);
             continue;
         }
+        nActiveOnly = 0;
         active.Add(active.GetData()[0]);
         active.GetData()[0] = nK;
         MinimalSlab(dTolerance, p, active, &quadruple, &candidates);

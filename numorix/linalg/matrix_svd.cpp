@@ -136,7 +136,6 @@ class CRotationQueue {
 // matrices of point-set fits have three), a fixed-width version keeps whole rows in registers;
 // kDynamic selects the general loops.
 constexpr int kDynamic = -1;
-constexpr int kMaxFixedWidth = 4;
 
 // Sum of |a[k][c]| for k in [k0, m).
 double ColumnAbsSum(double* const* a, int k0, int m, int c) {

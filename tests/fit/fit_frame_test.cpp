@@ -21,6 +21,10 @@ const CNuPointArray kSame = test::Points({{1, 1, 0}, {1, 1, 0}, {1, 1, 0}});
 const CNuPointArray kDiagonal = test::Points({{0, 0, 0}, {1, 1, 1}, {2, 2, 2}, {5, 5, 5}});
 const CNuPointArray kSquare = test::Points({{0, 0, 0}, {1, 0, 0}, {1, 1, 0}, {0, 1, 0}});
 const CNuPointArray kTetra = test::Points({{0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {0, 0, 1}});
+// With a negative tolerance no slab holds these three points: the plane zone's exchange once
+// scanned them forever.
+const CNuPointArray kFlatTriangle = test::Points(
+    {{-47.108, -2.926, -82.574}, {25.770, -1.097, -82.574}, {-10.006, -55.095, -82.574}});
 
 // A missed convergence (a best-fit failure of cause 12) is eNuFitNotConverged, every other
 // failure eNuFitFailed, and the thread's length tolerance is restored on every path.
@@ -59,6 +63,7 @@ TEST(FitRefusals, EveryFitRefusesBadInputWithItsCauseLocationAndIndex) {
         {[&] { plane.Fit(kDiagonal); }, 203, nullptr, "CNuPlane", 3},
         {[&] { plane.FitMinZone(kTwo, &dZone, 1e-9); }, 201, nullptr, "CNuPlane"},
         {[&] { plane.FitMinZone(kDiagonal, &dZone, 1e-9); }, 203, nullptr, "CNuPlane"},
+        {[&] { plane.FitMinZone(kFlatTriangle, &dZone, -86.0); }, 211, nullptr, "CNuPlane"},
         {[&] { circle.FitEx(kSquare, 0); }, 213, nullptr, "CNuCircle"},
         {[&] { circle.Fit(kTwo, 10); }, 201, nullptr, "CNuPlane", 3},
         {[&] { circle.FitMinZoneEx(kSquare, &dZone, 1e-9, 0); }, 213, nullptr, "CNuCircle"},

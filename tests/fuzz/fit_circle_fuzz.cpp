@@ -1,0 +1,101 @@
+// Fuzz target: every fit of a circle (least squares, minimum circumscribed, maximum inscribed,
+// minimum zone with and without the bounding circles, and their Ex forms) on decoded points,
+// tolerances and iteration limits.
+//
+// Whatever the input: a refusal is one of the library's exceptions (stored 214 naming the first
+// NaN or infinite coordinate). On data of representable size a returned circle has a finite
+// centre, a unit normal and a finite radius that is not negative, and, measured from the axis of
+// the circle, up to the tolerance and rounding: every point lies within the form error of the
+// least-squares circle; the minimum circumscribed circle holds every point; no point lies inside
+// the maximum inscribed circle; every point lies in the annulus of the zone and between the
+// bounding circles.
+#include "fuzz_support.h"
+
+using numorix::CNuCircle;
+
+namespace {
+
+void CheckCircle(const CNuCircle& circle) {
+    NUMORIX_FUZZ_CHECK(fuzz::IsFinite(circle.GetCentre()) && fuzz::IsUnit(circle.GetNormal()));
+    NUMORIX_FUZZ_CHECK(circle.GetRadius() >= 0.0 && std::isfinite(circle.GetRadius()));
+}
+
+// Every point's distance from the axis of the circle within [dLow, dHigh].
+void CheckBetween(const fuzz::CNuPointArray& points, const CNuCircle& circle, fuzz::Real dLow,
+                  fuzz::Real dHigh, fuzz::Real dSlack) {
+    CheckCircle(circle);
+    const fuzz::CNuPoint centre = circle.GetCentre();
+    const fuzz::CNuVector normal = circle.GetNormal();
+    auto radial = [&](const fuzz::CNuPoint& p) { return fuzz::Across(p, centre, normal); };
+    fuzz::CheckBand(points, radial, dLow, dHigh, dSlack);
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t nSize) {
+    FuzzedDataProvider fdp(pData, nSize);
+    const fuzz::CNuPointArray points = fuzz::Points(fdp);
+    const double dTolerance = fuzz::Tolerance(fdp);
+    const long lMax = fuzz::Iterations(fdp);
+    const double dMagnitude = fuzz::Magnitude(points);
+    const bool bCheck = fuzz::Representable(dMagnitude);
+    const fuzz::Real dSlack = fuzz::Slack(dTolerance, dMagnitude);
+    const fuzz::Real kAll = std::numeric_limits<fuzz::Real>::max();
+    const int nOperation = fuzz::Dump("operation", fdp.ConsumeIntegralInRange<int>(0, 9));
+    const bool bBounds = nOperation == 5 || (nOperation == 9 && fdp.ConsumeBool());
+    CNuCircle circle(1.0), inner(1.0), outer(1.0);
+    double dZone = -1.0, dForm = -1.0, dSumSquares = -1.0;
+    bool bDone = false;
+    switch (nOperation) {
+        case 0:
+            bDone = fuzz::FitOrRefuse(points, lMax <= 0,
+                                      [&] { circle.Fit(points, &dForm, &dSumSquares, lMax); });
+            break;
+        case 1: bDone = fuzz::FitOrRefuse(points, lMax <= 0, [&] { circle.Fit(points, lMax); }); break;
+        case 2: bDone = fuzz::FitOrRefuse(points, false, [&] { circle.FitMin(points, dTolerance); }); break;
+        case 3: bDone = fuzz::FitOrRefuse(points, false, [&] { circle.FitMax(points, dTolerance); }); break;
+        case 4:
+            bDone = fuzz::FitOrRefuse(points, lMax <= 0,
+                                      [&] { circle.FitMinZone(points, &dZone, dTolerance, lMax); });
+            break;
+        case 5:
+            bDone = fuzz::FitOrRefuse(points, lMax <= 0, [&] {
+                circle.FitMinZone(points, &dZone, &inner, &outer, dTolerance, lMax);
+            });
+            break;
+        case 6:
+            bDone = fuzz::FitEx(points, lMax, [&] { return circle.FitEx(points, &dForm, &dSumSquares, lMax); });
+            break;
+        case 7: bDone = fuzz::FitEx(points, 1, [&] { return circle.FitMinEx(points, dTolerance); }); break;
+        case 8: bDone = fuzz::FitEx(points, 1, [&] { return circle.FitMaxEx(points, dTolerance); }); break;
+        default:
+            bDone = fuzz::FitEx(points, lMax, [&] {
+                return bBounds ? circle.FitMinZoneEx(points, &dZone, &inner, &outer, dTolerance, lMax)
+                               : circle.FitMinZoneEx(points, &dZone, dTolerance, lMax);
+            });
+            break;
+    }
+    if (!bDone || !bCheck) return 0;
+    const fuzz::Real r = circle.GetRadius();
+    switch (nOperation) {
+        case 0:
+        case 6:
+            NUMORIX_FUZZ_CHECK(dForm >= 0.0 && std::isfinite(dForm) && dSumSquares >= 0.0);
+            CheckBetween(points, circle, r - dForm, r + dForm, fuzz::Slack(0.0, dMagnitude));
+            break;
+        case 1: CheckCircle(circle); break;
+        case 2:
+        case 7: CheckBetween(points, circle, 0.0L, r, dSlack); break;
+        case 3:
+        case 8: CheckBetween(points, circle, r, kAll, dSlack); break;
+        default:
+            NUMORIX_FUZZ_CHECK(dZone >= 0.0 && std::isfinite(dZone));
+            CheckBetween(points, circle, r - dZone / 2.0L, r + dZone / 2.0L, dSlack);
+            if (!bBounds) break;
+            NUMORIX_FUZZ_CHECK(inner.GetRadius() <= outer.GetRadius());
+            CheckBetween(points, inner, inner.GetRadius(), kAll, dSlack);
+            CheckBetween(points, outer, 0.0L, outer.GetRadius(), dSlack);
+            break;
+    }
+    return 0;
+}
