@@ -445,14 +445,21 @@ void CNuLinearEquSys::NonNegativeLeastSquares(const CNuMatrix& A, const CNuVecto
             double dAlpha = NuGetLarge();
             if (passive.empty()) break;
             bool bFound = false;
+            // An entry whose trial value equals its current one (a column just taken in whose
+            // trial value is exactly 0: x = z = 0, a ratio of 0/0) bounds no step length. When
+            // such entries are all there is, the step is not taken: left at NuGetLarge(), alpha
+            // would throw x out to about 1e300.
+            bool bBounded = false;
             for (int i : passive) {
                 if (pdZ[i] <= 0.0) {
                     bFound = true;
                     double dRatio = pdX[i] / (pdX[i] - pdZ[i]);
                     if (dRatio < dAlpha) dAlpha = dRatio;
+                    bBounded = bBounded || pdX[i] != pdZ[i];
                 }
             }
             if (!bFound) break;
+            if (!bBounded) dAlpha = 0.0;
             for (int j = 0; j < n; ++j)
                 pdX[j] = pdX[j] + dAlpha * (pdZ[j] - pdX[j]);
             for (std::size_t k = 0; k < passive.size();) {

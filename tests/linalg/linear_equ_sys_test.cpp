@@ -178,5 +178,48 @@ TEST(LinearEquSys, NonNegativeLeastSquaresMeetsItsOptimalityConditionsAndNeverCy
     }
 }
 
+// A column taken in whose trial value is exactly 0 bounds no step: x stays non-negative and no
+// worse than x = 0, where it used to be thrown out to about 1e290. Degenerate data (equal
+// columns, far-apart magnitudes, a zero matrix, non-finite entries, length tolerances of 0 and
+// below) must end the SVD and the non-negative iteration, with a solution or an exception.
+TEST(LinearEquSys, NonNegativeAndSvdSolvesEndAndStayNonNegativeOnDegenerateData) {
+    const double r = 0x1.429987622a0b6p+9, s = -0x1.78f7cdec104cap+9, c = -0x1.77p+5, d = -84.0;
+    const double kNaN = std::nan(""), kInf = HUGE_VAL;
+    const struct {
+        CNuMatrix A;
+        CNuVector b;
+    } cases[] = {
+        {test::Mat({{-0x1.45c683041331fp-35, -0x1.04c8c8d868c8cp+9}, {0.0, -0x1.04c8c8c8c8c7p+9}}),
+         test::Vec({-0x1.f3ffffffffff1p+9, 0.0})},
+        {test::Mat({{r, 0, 0, c, s, d}, {r, 0, 0, c, s, d}, {r, 0, 0, c, s, d}, {r, 0, 0, c, s, d},
+                    {r, 0, 0, 0, s, d}}),
+         test::Vec({-1000.0, 0, 0, 0, 0})},
+        {test::Mat({{1, 1, 1}, {1, 1, 1}}), test::Vec({1, 1})},
+        {test::Mat({{1e300, 1e-300}, {1e-300, -1e300}}), test::Vec({1e300, -1e-300})},
+        {test::Mat({{0x1p-1074, 0}, {0, 0}}), test::Vec({1, -1})},
+        {CNuMatrix(2, 3), test::Vec({1, 2})},
+        {test::Mat({{kNaN, 1}, {1, 1}}), test::Vec({1, 1})},
+        {test::Mat({{kInf, 1}, {1, -kInf}}), test::Vec({1, 1})},
+        {test::Mat({{1, 2}, {3, 4}}), test::Vec({kNaN, 1})},
+    };
+    for (double dTol : {1e-12, 0.0, -1.0}) {
+        test::ScopedTolerance guard(NuGetLengthTol, NuSetLengthTol, dTol);
+        for (const auto& k : cases) {
+            CNuLinearEquSys leastSquares, nonNegative;
+            nonNegative.SetNonnegative();
+            try {
+                leastSquares.Solve(k.A, k.b);
+            } catch (const CNuException&) {  // a decomposition that does not converge
+            }
+            nonNegative.Solve(k.A, k.b);
+            const Eigen::VectorXd x = ToEigen(nonNegative.GetSolution());
+            const Eigen::VectorXd b = ToEigen(k.b);
+            if (!ToEigen(k.A).allFinite() || !b.allFinite()) continue;
+            EXPECT_TRUE(x.minCoeff() >= 0.0 && (ToEigen(k.A) * x - b).norm() <= b.norm())
+                << "tolerance " << dTol << ", x " << x.transpose();
+        }
+    }
+}
+
 }  // namespace
 }  // namespace numorix
