@@ -180,8 +180,8 @@ TEST(LinearEquSys, NonNegativeLeastSquaresMeetsItsOptimalityConditionsAndNeverCy
 
 // A column taken in whose trial value is exactly 0 bounds no step: x stays non-negative and no
 // worse than x = 0, where it used to be thrown out to about 1e290. Degenerate data (equal
-// columns, far-apart magnitudes, a zero matrix, non-finite entries, length tolerances of 0 and
-// below) must end the SVD and the non-negative iteration, with a solution or an exception.
+// columns, far-apart magnitudes, a zero matrix, non-finite entries, length or zero tolerances of
+// 0 and below) must end the SVD and the non-negative iteration, with a solution or an exception.
 TEST(LinearEquSys, NonNegativeAndSvdSolvesEndAndStayNonNegativeOnDegenerateData) {
     const double r = 0x1.429987622a0b6p+9, s = -0x1.78f7cdec104cap+9, c = -0x1.77p+5, d = -84.0;
     const double kNaN = std::nan(""), kInf = HUGE_VAL;
@@ -191,7 +191,10 @@ TEST(LinearEquSys, NonNegativeAndSvdSolvesEndAndStayNonNegativeOnDegenerateData)
     } cases[] = {
         {test::Mat({{-0x1.45c683041331fp-35, -0x1.04c8c8d868c8cp+9}, {0.0, -0x1.04c8c8c8c8c7p+9}}),
          test::Vec({-0x1.f3ffffffffff1p+9, 0.0})},
-        {test::Mat({{r, 0, 0, c, s, d}, {r, 0, 0, c, s, d}, {r, 0, 0, c, s, d}, {r, 0, 0, c, s, d},
+        {test::Mat({{r, 0, 0, c, s, d},
+                    {r, 0, 0, c, s, d},
+                    {r, 0, 0, c, s, d},
+                    {r, 0, 0, c, s, d},
                     {r, 0, 0, 0, s, d}}),
          test::Vec({-1000.0, 0, 0, 0, 0})},
         {test::Mat({{1, 1, 1}, {1, 1, 1}}), test::Vec({1, 1})},
@@ -202,21 +205,33 @@ TEST(LinearEquSys, NonNegativeAndSvdSolvesEndAndStayNonNegativeOnDegenerateData)
         {test::Mat({{kInf, 1}, {1, -kInf}}), test::Vec({1, 1})},
         {test::Mat({{1, 2}, {3, 4}}), test::Vec({kNaN, 1})},
     };
-    for (double dTol : {1e-12, 0.0, -1.0}) {
-        test::ScopedTolerance guard(NuGetLengthTol, NuSetLengthTol, dTol);
+    const struct {
+        double (*pfnGet)();
+        void (*pfnSet)(double);
+        double dValue;
+    } tolerances[] = {{NuGetLengthTol, NuSetLengthTol, 1e-12},
+                      {NuGetLengthTol, NuSetLengthTol, 0.0},
+                      {NuGetLengthTol, NuSetLengthTol, -1.0},
+                      {NuGetZero, NuSetZero, 0.0},
+                      {NuGetZero, NuSetZero, -1.0}};
+    for (const auto& t : tolerances) {
+        test::ScopedTolerance guard(t.pfnGet, t.pfnSet, t.dValue);
         for (const auto& k : cases) {
+            const bool bFinite = ToEigen(k.A).allFinite() && ToEigen(k.b).allFinite();
             CNuLinearEquSys leastSquares, nonNegative;
             nonNegative.SetNonnegative();
             try {
                 leastSquares.Solve(k.A, k.b);
-            } catch (const CNuException&) {  // a decomposition that does not converge
+                nonNegative.Solve(k.A, k.b);
+            } catch (const CNuException&
+                         e) {  // non-finite data, or a zero tolerance the SVD cannot meet
+                EXPECT_TRUE(!bFinite || t.pfnSet == NuSetZero) << "cause " << e.m_nCause;
+                continue;
             }
-            nonNegative.Solve(k.A, k.b);
-            const Eigen::VectorXd x = ToEigen(nonNegative.GetSolution());
-            const Eigen::VectorXd b = ToEigen(k.b);
-            if (!ToEigen(k.A).allFinite() || !b.allFinite()) continue;
-            EXPECT_TRUE(x.minCoeff() >= 0.0 && (ToEigen(k.A) * x - b).norm() <= b.norm())
-                << "tolerance " << dTol << ", x " << x.transpose();
+            const Eigen::VectorXd x = ToEigen(nonNegative.GetSolution()), b = ToEigen(k.b);
+            EXPECT_TRUE(!bFinite ||
+                        (x.minCoeff() >= 0.0 && (ToEigen(k.A) * x - b).norm() <= b.norm()))
+                << "tolerance " << t.dValue << ", x " << x.transpose();
         }
     }
 }
