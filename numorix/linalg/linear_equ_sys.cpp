@@ -453,9 +453,10 @@ void CNuLinearEquSys::NonNegativeLeastSquares(const CNuMatrix& A, const CNuVecto
             for (int i : passive) {
                 if (pdZ[i] <= 0.0) {
                     bFound = true;
+                    if (pdX[i] == pdZ[i]) continue;
+                    bBounded = true;
                     double dRatio = pdX[i] / (pdX[i] - pdZ[i]);
                     if (dRatio < dAlpha) dAlpha = dRatio;
-                    bBounded = bBounded || pdX[i] != pdZ[i];
                 }
             }
             if (!bFound) break;

@@ -178,10 +178,12 @@ TEST(LinearEquSys, NonNegativeLeastSquaresMeetsItsOptimalityConditionsAndNeverCy
     }
 }
 
-// A column taken in whose trial value is exactly 0 bounds no step: x stays non-negative and no
-// worse than x = 0, where it used to be thrown out to about 1e290. Degenerate data (equal
-// columns, far-apart magnitudes, a zero matrix, non-finite entries, length or zero tolerances of
-// 0 and below) must end the SVD and the non-negative iteration, with a solution or an exception.
+// An entry that the step leaves where it is bounds no step: x stays non-negative and no worse
+// than x = 0, where a column taken in with a trial value of exactly 0 threw it out to about
+// 1e290, and an entry left below 0 under a zero length tolerance made it NaN. Degenerate data
+// (equal columns, far-apart magnitudes, a zero matrix, non-finite entries, length or zero
+// tolerances of 0 and below) must end the SVD and the non-negative iteration, with a solution or an
+// exception.
 TEST(LinearEquSys, NonNegativeAndSvdSolvesEndAndStayNonNegativeOnDegenerateData) {
     const double kNaN = std::nan(""), kInf = HUGE_VAL;
     const struct {
@@ -190,6 +192,7 @@ TEST(LinearEquSys, NonNegativeAndSvdSolvesEndAndStayNonNegativeOnDegenerateData)
     } cases[] = {
         {test::Mat({{-0x1.45c683041331fp-35, -0x1.04c8c8d868c8cp+9}, {0.0, -0x1.04c8c8c8c8c7p+9}}),
          test::Vec({-0x1.f3ffffffffff1p+9, 0.0})},
+        {test::Mat({{3, -2, -3}, {-2, 2, -2}, {2, 1, -1}}), test::Vec({-1, -2, -3})},
         {test::Mat({{1, 1, 1}, {1, 1, 1}}), test::Vec({1, 1})},
         {test::Mat({{1e300, 1e-300}, {1e-300, -1e300}}), test::Vec({1e300, -1e-300})},
         {test::Mat({{0x1p-1074, 0}, {0, 0}}), test::Vec({1, -1})},
