@@ -445,10 +445,11 @@ void CNuLinearEquSys::NonNegativeLeastSquares(const CNuMatrix& A, const CNuVecto
             double dAlpha = NuGetLarge();
             if (passive.empty()) break;
             bool bFound = false;
-            // An entry whose trial value equals its current one (a column just taken in whose
-            // trial value is exactly 0: x = z = 0, a ratio of 0/0) bounds no step length. When
-            // such entries are all there is, the step is not taken: left at NuGetLarge(), alpha
-            // would throw x out to about 1e300.
+            // An entry whose trial value equals its current one stays where it is for every step
+            // length, so it bounds none: its ratio would be 0/0 (a column just taken in with a
+            // trial value of exactly 0) or -inf (an entry left below 0 under a zero length
+            // tolerance). When such entries are all there is, the step is not taken: left at
+            // NuGetLarge(), alpha would throw x out to about 1e300.
             bool bBounded = false;
             for (int i : passive) {
                 if (pdZ[i] <= 0.0) {
