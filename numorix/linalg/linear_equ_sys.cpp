@@ -445,14 +445,23 @@ void CNuLinearEquSys::NonNegativeLeastSquares(const CNuMatrix& A, const CNuVecto
             double dAlpha = NuGetLarge();
             if (passive.empty()) break;
             bool bFound = false;
+            // An entry whose trial value equals its current one stays where it is for every step
+            // length, so it bounds none: its ratio would be 0/0 (a column just taken in with a
+            // trial value of exactly 0) or -inf (an entry left below 0 under a zero length
+            // tolerance). When such entries are all there is, the step is not taken: left at
+            // NuGetLarge(), alpha would throw x out to about 1e300.
+            bool bBounded = false;
             for (int i : passive) {
                 if (pdZ[i] <= 0.0) {
                     bFound = true;
+                    if (pdX[i] == pdZ[i]) continue;
+                    bBounded = true;
                     double dRatio = pdX[i] / (pdX[i] - pdZ[i]);
                     if (dRatio < dAlpha) dAlpha = dRatio;
                 }
             }
             if (!bFound) break;
+            if (!bBounded) dAlpha = 0.0;
             for (int j = 0; j < n; ++j)
                 pdX[j] = pdX[j] + dAlpha * (pdZ[j] - pdX[j]);
             for (std::size_t k = 0; k < passive.size();) {

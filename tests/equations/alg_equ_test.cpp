@@ -1,12 +1,14 @@
 // The algebraic equation solver: roots of polynomials built from known roots, checked against
 // those roots and by their backward error; the separation into real and complex roots and their
-// order; and the exact results of the closed forms, trimming and the kept Laguerre step.
+// order; the exact results of the closed forms, trimming and the kept Laguerre step; and an end
+// to every solve on degenerate data.
 #include <algorithm>
 #include <cmath>
 #include <complex>
 
 #include "nu_test.h"
 #include "numorix/equations/alg_equ.h"
+#include "numorix/foundation/tolerance.h"
 
 namespace numorix {
 namespace {
@@ -160,7 +162,7 @@ TEST(AlgEqu, ClosedFormsTrimmingAndConstantsGiveTheirExactResults) {
     EXPECT_EQ(AllRoots(CNuAlgEqu(e)), roots);
 }
 
-TEST(AlgEqu, TheKeptLaguerreStepStallsOnTheTwelfthRootsOfUnity) {
+TEST(AlgEqu, TheKeptLaguerreStepStallsAndAStallOrARoundedDiscriminantGivesRealRoots) {
     // The step weighs the second derivative by half. It finds all roots of x^n - 1 for the
     // degrees below, but for n = 12 one deflated polynomial exhausts the 80 steps from the
     // origin, and the best point seen, the origin itself, is taken as a root.
@@ -171,6 +173,38 @@ TEST(AlgEqu, TheKeptLaguerreStepStallsOnTheTwelfthRootsOfUnity) {
         const Roots roots = AllRoots(Solved(c));
         auto off = [](Complex z) { return std::fabs(std::abs(z) - 1.0) > kSimpleRoot; };
         EXPECT_EQ(std::any_of(roots.begin(), roots.end(), off), n == 12) << "x^" << n << " - 1";
+    }
+    // A stalled origin is real: x^12 + 1 and 474.5 (1 + x + ... + x^8) report real roots where
+    // they have none, the polish and scan moving them along the axis to where |p| is smallest.
+    // Cardano's discriminant of 1e-20 x^3 - 4 x^2 - 20 rounds to exactly 0: three real roots.
+    EXPECT_EQ(Solved({1, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1}).GetNumberRealRoots(), 3);
+    EXPECT_EQ(Solved(std::vector<Complex>(9, 0x1.da82828282828p+8)).GetNumberRealRoots(), 4);
+    EXPECT_EQ(Solved({-20.0, 0.0, -4.0, 1e-20}).GetNumberRealRoots(), 3);
+}
+
+// Laguerre's iteration, the polish and the closed forms end on degenerate coefficients and
+// tolerances: a stalled start, far-apart magnitudes, an eightfold root, non-finite coefficients,
+// and a root tolerance or zero tolerance of 0 or below.
+TEST(AlgEqu, EverySolveEndsOnDegenerateCoefficientsAndTolerances) {
+    const double kNaN = std::nan(""), kInf = HUGE_VAL;
+    const std::vector<Complex> polynomials[] = {
+        {1, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1},
+        {1e-300, 0, 0, 0, 0, 0, 1e300},
+        Expand(Roots(8, 1.0)),
+        {1, kNaN, 2, 0, 0, 3},
+        {kInf, 1, 1, 1, 1, 1, -kInf},
+        {1, 2, kNaN, 1},
+        {1, kInf, 1, 0, 1},
+    };
+    using Tolerances = std::pair<double, double>;  // NuGetTol(), NuGetZero()
+    for (const Tolerances& t : {Tolerances{NuGetTol(), NuGetZero()}, {0.0, 0.0}, {-1.0, -1.0}}) {
+        test::ScopedTolerance tol(NuGetTol, NuSetTol, t.first),
+            zero(NuGetZero, NuSetZero, t.second);
+        for (const auto& c : polynomials) {
+            const CNuAlgEqu e = Solved(c);
+            EXPECT_LE(e.GetNumberRealRoots() + e.GetNumberComplexRoots(), int(c.size()) - 1)
+                << "degree " << c.size() - 1;
+        }
     }
 }
 

@@ -197,6 +197,13 @@ TEST(ConvexHull, DropsPointsOnEdgesAndFollowsTheTieAndOrderRules) {
         // Several rightmost points: the highest starts the split, the lower ones are no vertices.
         {{{2, -1}, {2, 0}, {2, 1}, {0, 0}, {2, 0.5}}, {2, 3, 0}},
         {{{0, 0}, {2, 0}, {1, 1}}, {2, 0, 1}},  // by angle around their centroid (1, 1/3)
+        // A far point: seen from the centroid, the three near vertices lie at one angle, 270
+        // degrees to the last digit, and keep the order they were found in, out of convex order.
+        {{{-0x1.4131d7703410cp-2, -0x1.4ad15ea0981ap-1},
+          {0x1.14455d5f67144p-1, -0x1.3a1d1d770342p-6},
+          {0, 0x1.31bd2db03128ap+56},
+          {-1, -1}},
+         {2, 1, 3, 0}},
         // Degenerate sets have no angular order.
         {{{1, 2}, {3, 4}}, {0, 1}},  // list order, not angle
         {{{3, 4}, {3, 4}, {3, 4}, {3, 4}, {3, 4}}, {4}},

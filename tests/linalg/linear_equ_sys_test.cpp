@@ -178,5 +178,53 @@ TEST(LinearEquSys, NonNegativeLeastSquaresMeetsItsOptimalityConditionsAndNeverCy
     }
 }
 
+// An entry that the step leaves where it is bounds no step: x stays non-negative and no worse
+// than x = 0, where a column taken in with a trial value of exactly 0 threw it out to about
+// 1e290, and an entry left below 0 under a zero length tolerance made it NaN. Degenerate data
+// (equal columns, far-apart magnitudes, a zero matrix, non-finite entries, length or zero
+// tolerances of 0 and below) must end the SVD and the non-negative iteration, with a solution or an
+// exception.
+TEST(LinearEquSys, NonNegativeAndSvdSolvesEndAndStayNonNegativeOnDegenerateData) {
+    const double kNaN = std::nan(""), kInf = HUGE_VAL;
+    const struct {
+        CNuMatrix A;
+        CNuVector b;
+    } cases[] = {
+        {test::Mat({{-0x1.45c683041331fp-35, -0x1.04c8c8d868c8cp+9}, {0.0, -0x1.04c8c8c8c8c7p+9}}),
+         test::Vec({-0x1.f3ffffffffff1p+9, 0.0})},
+        {test::Mat({{3, -2, -3}, {-2, 2, -2}, {2, 1, -1}}), test::Vec({-1, -2, -3})},
+        {test::Mat({{1, 1, 1}, {1, 1, 1}}), test::Vec({1, 1})},
+        {test::Mat({{1e300, 1e-300}, {1e-300, -1e300}}), test::Vec({1e300, -1e-300})},
+        {test::Mat({{0x1p-1074, 0}, {0, 0}}), test::Vec({1, -1})},
+        {CNuMatrix(2, 3), test::Vec({1, 2})},
+        {test::Mat({{kNaN, 1}, {1, 1}}), test::Vec({1, 1})},
+        {test::Mat({{kInf, 1}, {1, -kInf}}), test::Vec({1, 1})},
+        {test::Mat({{1, 2}, {3, 4}}), test::Vec({kNaN, 1})},
+    };
+    using Tolerances = std::pair<double, double>;  // NuGetLengthTol(), NuGetZero()
+    for (const Tolerances& t :
+         {Tolerances{1e-12, 1e-300}, {0.0, 1e-300}, {-1.0, 1e-300}, {1e-12, 0.0}, {1e-12, -1.0}}) {
+        test::ScopedTolerance length(NuGetLengthTol, NuSetLengthTol, t.first),
+            zero(NuGetZero, NuSetZero, t.second);
+        for (const auto& k : cases) {
+            const bool bFinite = ToEigen(k.A).allFinite() && ToEigen(k.b).allFinite();
+            CNuLinearEquSys leastSquares, nonNegative;
+            nonNegative.SetNonnegative();
+            try {
+                leastSquares.Solve(k.A, k.b);
+                nonNegative.Solve(k.A, k.b);
+            } catch (const CNuException& e) {
+                // Non-finite data, or a zero tolerance of 0 or below that no split test passes.
+                EXPECT_TRUE(!bFinite || t.second <= 0.0) << "cause " << e.m_nCause;
+                continue;
+            }
+            const Eigen::VectorXd x = ToEigen(nonNegative.GetSolution()), b = ToEigen(k.b);
+            EXPECT_TRUE(!bFinite ||
+                        (x.minCoeff() >= 0.0 && (ToEigen(k.A) * x - b).norm() <= b.norm()))
+                << "tolerances " << t.first << ", " << t.second << ", x " << x.transpose();
+        }
+    }
+}
+
 }  // namespace
 }  // namespace numorix
