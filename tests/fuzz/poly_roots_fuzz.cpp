@@ -55,9 +55,12 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t nSize) {
     const numorix::CNuDoubleArray roots = equation.GetRealRoots();
     NUMORIX_FUZZ_CHECK(roots.GetSize() == nReal);
     for (int i = 1; i < nReal; ++i) NUMORIX_FUZZ_CHECK(!(roots[i] < roots[i - 1]));
-    // The solver's thresholds are absolute (NuGetTol()): below 1e-6 a scaled x^2 + x + 1 has a
-    // double real root by rule, so the backward error is promised from there, on coefficients
-    // within 1e12 of each other.
+    // The backward error is promised up to degree 2. The solver's thresholds are absolute
+    // (NuGetTol()): below 1e-6 a scaled x^2 + x + 1 has a double real root by rule, so from
+    // there, on coefficients within 1e12 of each other. From degree 3 up the solver's rules give
+    // real roots where the polynomial does not vanish: a cubic whose discriminant rounds to 0
+    // (1e-20 x^3 - 4 x^2 - 20), and a Laguerre search that stalls at the origin, its best point,
+    // which is polished to the lowest point of |p| on the real axis (x^12 + 1).
     if (!bFinite || dLargest < 1e-6 || dLargest > 1e30 || dLargest > 1e12 * dSmallest || nDegree > 2) return 0;
     for (int i = 0; i < nReal; ++i)
         NUMORIX_FUZZ_CHECK(std::isfinite(roots[i]) && SmallBackwardError(polynomial, roots[i]));
