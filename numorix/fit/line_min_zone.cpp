@@ -288,7 +288,9 @@ double ChordZone(const std::vector<SXY>& pts, int a, int b, double dTolerance, i
         if (d < dRight) dRight = d;
     }
     *pnFar = nFar;
-    *pbBounding = -dRight < dTolerance;
+    // A point on the chord, its own ends at least, lies on neither side: with a tolerance of 0
+    // or less the chord still bounds the set when no point lies strictly at its right.
+    *pbBounding = !(dRight < 0.0) || -dRight < dTolerance;
     return dLeft;
 }
 
