@@ -25,6 +25,10 @@ void CNuLine::Fit(const CNuPointArray& points) {
         if (std::fabs(d.x()) < dTol && std::fabs(d.y()) < dTol && std::fabs(d.z()) < dTol)
             throw CNuBestfitException(2, "CNuLine", 2);
         CNuVector direction = d.To3DVector();
+        // A length tolerance of 0 or less lets coincident points through; a difference that
+        // cannot be normalised would leave a zero or non-unit direction, so it is refused as
+        // the same failure, like a decomposition with no singular value above NuGetZero().
+        if (!(direction.Magnitude() > NuGetZero())) throw CNuBestfitException(2, "CNuLine", 2);
         direction.Normalise();
         m_point = mean;
         m_direction = direction;

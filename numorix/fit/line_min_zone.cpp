@@ -39,6 +39,10 @@ struct SXY {
     double y;
 };
 
+// Relative rounding of a point's distance from the frame's plane: 2^-40 of the largest
+// coordinate difference from point 0, some thousands of units in the last place.
+constexpr double kProjectionRounding = 0x1p-40;
+
 // Twice the signed area of (o, a, b): positive when b lies to the left of o -> a.
 double Cross(const SXY& o, const SXY& a, const SXY& b) {
     return (a.x - o.x) * (b.y - o.y) - (a.y - o.y) * (b.x - o.x);
@@ -288,7 +292,9 @@ double ChordZone(const std::vector<SXY>& pts, int a, int b, double dTolerance, i
         if (d < dRight) dRight = d;
     }
     *pnFar = nFar;
-    *pbBounding = -dRight < dTolerance;
+    // A point on the chord, its own ends at least, lies on neither side: with a tolerance of 0
+    // or less the chord still bounds the set when no point lies strictly at its right.
+    *pbBounding = !(dRight < 0.0) || -dRight < dTolerance;
     return dLeft;
 }
 
@@ -469,6 +475,30 @@ bool Reaches(double dx, double dy, double dz, double dTol) {
     return std::fabs(dx) >= dTol || std::fabs(dy) >= dTol || std::fabs(dz) >= dTol;
 }
 
+// Makes an axis of the plane's frame a unit vector. Outside 1e-150 to 1e150 its squares lose
+// their digits or overflow, so it is scaled by its largest component first; a zero axis (points
+// that coincide, let through by a tolerance of 0 or less) spans no frame: stored 211.
+void UnitAxis(CNuVector* pAxis) {
+    CNuVector& a = *pAxis;
+    double m = a.Magnitude();
+    if (!(m > 1e-150 && m < 1e150)) {
+        double dLargest = std::fmax(std::fabs(a[0]), std::fmax(std::fabs(a[1]), std::fabs(a[2])));
+        if (!(dLargest > 0.0) || !std::isfinite(dLargest)) throw CNuBestfitException(11, "CNuLine");
+        a = CNuVector(a[0] / dLargest, a[1] / dLargest, a[2] / dLargest);
+    }
+    a.Normalise();
+}
+
+// The least-squares direction as the first axis of the planar solver, in the plane's frame. A
+// direction with no part in the plane (its length there not above NuGetZero()) gives no frame:
+// the frame's own x axis takes its place. That happens far from the origin, where the rounded
+// mean point puts the whole scatter into the coordinate that all points share.
+SXY InPlaneDirection(double dX, double dY) {
+    double dLength = std::hypot(dX, dY);
+    if (!(dLength > NuGetZero())) return SXY{1.0, 0.0};
+    return SXY{dX / dLength, dY / dLength};
+}
+
 }  // namespace
 
 void CNuLine::FitMinZone(const CNuPointArray& points, double* pdZone, double dTolerance,
@@ -509,17 +539,26 @@ void CNuLine::FitMinZone(const CNuPointArray& points, double* pdZone, double dTo
             if (Reaches(axisZ[0], axisZ[1], axisZ[2], dTolerance)) break;
         }
         if (l >= n) return;
-        axisX.Normalise();
-        axisZ.Normalise();
+        UnitAxis(&axisX);
+        UnitAxis(&axisZ);
         CNuVector axisY = axisZ * axisX;
+        // The zone is solved on the points' projections into the frame's plane. That plane holds
+        // points 0, k and l; the coplanarity test measured the others against the plane of
+        // another triple, so a point may lie far off this one, and the projection would drop
+        // that part of its distance from the line: stored 211 when a point lies farther off than
+        // the tolerance and the rounding of the projection.
+        double dOff = 0.0;
+        double dSpan = 0.0;
         for (int i = 0; i < n; ++i) {
             CNuVector d = (p[i] - p[0]).To3DVector();
             local[static_cast<std::size_t>(i)] = SXY{d % axisX, d % axisY};
+            dOff = std::fmax(dOff, std::fabs(d % axisZ));
+            dSpan = std::fmax(
+                dSpan, std::fmax(std::fabs(d[0]), std::fmax(std::fabs(d[1]), std::fabs(d[2]))));
         }
-        // The least-squares direction, in the plane's frame.
-        SXY ls{m_direction % axisX, m_direction % axisY};
-        double dLs = std::hypot(ls.x, ls.y);
-        if (dLs > NuGetZero()) ls = SXY{ls.x / dLs, ls.y / dLs};
+        if (dOff > std::fmax(dTolerance, 0.0) + kProjectionRounding * dSpan)
+            throw CNuBestfitException(11, "CNuLine");
+        SXY ls = InPlaneDirection(m_direction % axisX, m_direction % axisY);
         *pdZone = PlanarZone(local, ls.x, ls.y, dTolerance, lMaxIterations, &dir, &loc);
         // Cleaned in the plane's own frame, then carried back as a vector.
         CNuVector inPlane(dir.x, dir.y, 0.0);
@@ -533,9 +572,7 @@ void CNuLine::FitMinZone(const CNuPointArray& points, double* pdZone, double dTo
     } else {
         for (int i = 0; i < n; ++i)
             local[static_cast<std::size_t>(i)] = SXY{p[i].x() - p[0].x(), p[i].y() - p[0].y()};
-        SXY ls{m_direction[0], m_direction[1]};
-        double dLs = std::hypot(ls.x, ls.y);
-        if (dLs > NuGetZero()) ls = SXY{ls.x / dLs, ls.y / dLs};
+        SXY ls = InPlaneDirection(m_direction[0], m_direction[1]);
         *pdZone = PlanarZone(local, ls.x, ls.y, dTolerance, lMaxIterations, &dir, &loc);
         CNuVector direction(dir.x, dir.y, 0.0);
         fit::CleanDirection(&direction);

@@ -47,6 +47,17 @@ SSlab SlabFrom(const CNuPoint& a, const double* u, const double* v, const CNuPoi
     CrossProduct(u, v, n);
     double dN = Length(n);
     double dUV = Length(u) * Length(v);
+    if (!std::isfinite(dN) || !std::isfinite(dUV)) {
+        // The squares overflowed (chords beyond about 1e150), and the normal would come out as
+        // zero, the slab as one of width 0: the same normal from the chords scaled to order 1.
+        double su = std::fmax(std::fabs(u[0]), std::fmax(std::fabs(u[1]), std::fabs(u[2])));
+        double sv = std::fmax(std::fabs(v[0]), std::fmax(std::fabs(v[1]), std::fabs(v[2])));
+        double us[3] = {u[0] / su, u[1] / su, u[2] / su};
+        double vs[3] = {v[0] / sv, v[1] / sv, v[2] / sv};
+        CrossProduct(us, vs, n);
+        dN = Length(n);
+        dUV = Length(us) * Length(vs);
+    }
     if (!(dN > NuGetDegreeTol() * kDegreesToRadians * dUV) || !(dN > NuGetZero())) return slab;
     for (int c = 0; c < 3; ++c)
         n[c] /= dN;

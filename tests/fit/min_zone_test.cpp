@@ -1,8 +1,9 @@
 // Minimum-zone lines and planes against brute force over all supports. The line zone runs on
 // planar sets of every kind (random, thin, collinear, grids, points sharing a coordinate,
 // repeated and collinear leading points), each solved in the XY plane, in the planes
-// x = const and y = const and in a tilted plane, with its bounding pair; then the exchange limit,
-// and the plane zone on random, thin, cloud and levelled sets.
+// x = const and y = const and in a tilted plane, with its bounding pair; then degenerate and far
+// data, the exchange limit, the plane zone on random, thin, cloud and levelled sets at two scales,
+// and a table on which both exchanges must end.
 #include <functional>
 
 #include "fit_test_support.h"
@@ -73,6 +74,38 @@ TEST(LineMinZone, MatchesBruteForceOnEveryKindOfPlanarSetInEveryPlane) {
         }
 }
 
+// Fuzzed inputs once gave a zone of 0 and a zero direction: any spread points with a tolerance
+// of 0 (the chord's own ends lay "outside" it); points in x = X so far out that their rounded
+// mean turns the least-squares line across the plane; points 1e-100 apart, whose frame axis is
+// too short to square. Refused: twins let through by a length tolerance of 0 (no direction), and
+// a frame through point 2, within the tolerance of point 0, that misses point 3 by 1000.
+TEST(LineMinZone, GivesTheTrueZoneAndAUnitDirectionAtToleranceZeroAndFarFromTheOrigin) {
+    const double X = 0x1.fffffffffffffp+60, s = 1e-100;  // 5 copies of X average to X - 256
+    const struct {
+        double dTolerance, dZone;
+        std::vector<CNuPoint> points;
+    } cases[] = {
+        {0.0, 2.0, {{0, 0, 1}, {2, 0, 1}, {0, 1, 1}, {2, 1, 1}, {1, 3, 1}}},
+        {1e-9, 2.0, {{X, 0, 0}, {X, 2, 0}, {X, 0, 1}, {X, 2, 1}, {X, 1, 3}}},
+        {1e-300, 2 * s, {{1, 0, 0}, {1, 2 * s, 0}, {1, 0, s}, {1, 2 * s, s}, {1, s, 3 * s}}}};
+    CNuLine line, inner, outer;
+    double dZone = -1.0;
+    for (const auto& c : cases) {
+        line.FitMinZone(test::Points(c.points), &dZone, &inner, &outer, c.dTolerance, 100);
+        EXPECT_NEAR(dZone, c.dZone, kZoneTol * c.dZone) << c.dTolerance;
+        for (const CNuLine* l : {&line, &inner, &outer})
+            EXPECT_NEAR(l->GetDirection().Magnitude(), 1.0, test::kTight) << c.dTolerance;
+    }
+    test::ScopedTolerance guard(NuGetLengthTol, NuSetLengthTol, 0.0);
+    const CNuPointArray kTwins = test::Points({{-416.06, -0.9, 905.5}, {-416.06, -0.9, 905.5}});
+    const CNuPointArray kOffFrame =
+        test::Points({{0, 0, 0}, {0, 0, -10}, {0.5, 0, 0}, {0, 1000, 100}});
+    test::ExpectFailures<CNuBestfitException>({
+        {[&] { line.FitMinZone(kTwins, &dZone, 0.0, 100); }, 202, nullptr, "CNuLine", 2},
+        {[&] { line.FitMinZone(kOffFrame, &dZone, 1.0, 100); }, 211, nullptr, "CNuLine"},
+    });
+}
+
 // The limit counts exchanges; reaching it is not convergence, and every larger limit gives the
 // same zone. On a 7 by 3 grid the first bounding line, along the bottom row from the extreme
 // pair, is already the zone: the parallel top row never replaces it, so one pass of exchanges
@@ -119,7 +152,41 @@ TEST(PlaneMinZone, MatchesBruteForceOnRandomThinAndLevelledSets) {
         EXPECT_NEAR(2.0 * dWorst, dZone, kInside) << "set " << k;
         EXPECT_NEAR(dZone > 0.0 ? test::SignedDistance(outer.GetPoint(), inner) : 0.0, dZone,
                     kInside);
+        EXPECT_TRUE(dZone >= NuGetTol() || inner.GetPoint().DistanceTo(CNuPoint()) == 0.0)
+            << "a zone of 0 leaves the pair unwritten, set " << k;
+        // Scaled by 1e150, the chords' squares overflow; the width scales all the same.
+        double dHuge = -1.0;
+        plane.FitMinZone(Planar(sets[k].GetSize(), [&](int i) { return sets[k][i] * 1e150; }),
+                         &dHuge, kZoneTol * 1e150);
+        EXPECT_NEAR(dHuge / 1e150, dZone, 4.0 * kZoneTol) << "set " << k << " scaled";
     }
+}
+
+// Both exchanges end, with a zone or a refusal, on a grid, doubled corners, coincident points,
+// a point a hair off a line, data near both ends of the double range and odd tolerances (the
+// plane guards a negative one apart). The test process is the hang detector.
+TEST(LineAndPlaneMinZone, EndOnTiesCoincidencesExtremeScalesAndOddTolerances) {
+    const std::function<CNuPoint(int)> kSets[] = {
+        [](int i) { return CNuPoint(8 * i % 25 / 5, 8 * i % 5, i * 7 % 5 / 4.0); },
+        [](int i) { return CNuPoint(i % 2, i / 2 % 2, i % 3); },
+        [](int i) { return i < 6 ? CNuPoint(1, 1, 0) : CNuPoint(i, i * i % 4, i % 2); },
+        [](int i) { return CNuPoint(i, 2 * i + (i == 0 ? 1e-13 : 0.0), i == 0); }};
+    CNuLine line;
+    CNuPlane plane;
+    double dZone = -1.0;
+    for (const auto& at : kSets)
+        for (double s : {1e-150, 1.0, 1e150})
+            for (double dTol : {-1.0, 0.0, 1e-300, 1e-9 * s, 1e300}) {
+                line.FitMinZoneEx(
+                    Planar(12, [&](int i) { return CNuPoint(at(i).x(), at(i).y(), 0) * s; }),
+                    &dZone, dTol, 1000);
+                try {
+                    if (dTol >= 0.0)
+                        plane.FitMinZone(Planar(12, [&](int i) { return at(i) * s; }), &dZone,
+                                         dTol);
+                } catch (const CNuException&) {
+                }
+            }
 }
 
 }  // namespace
