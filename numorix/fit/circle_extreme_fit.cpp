@@ -267,6 +267,7 @@ CNuPoint WorldCentre(const SPlaneFrame& f, double cx, double cy) {
 
 void CNuCircle::FitMax(const CNuPointArray& points, double dTolerance) {
     fit::CheckFinite(points, "CNuCircle");
+    fit::CheckTolerance(dTolerance, "CNuCircle");
     CNuVector v;
     int nCollinear = CNuGeometry::AreCollinear(points, &v, dTolerance);
     int n = points.GetSize();
@@ -308,6 +309,7 @@ void CNuCircle::FitMax(const CNuPointArray& points, double dTolerance) {
 
 void CNuCircle::FitMin(const CNuPointArray& points, double dTolerance) {
     fit::CheckFinite(points, "CNuCircle");
+    fit::CheckTolerance(dTolerance, "CNuCircle");
     int n = points.GetSize();
     if (n < 1) throw CNuBestfitException(1, "CNuCircle", 1);
     CNuVector v;

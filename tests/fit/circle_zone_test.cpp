@@ -2,7 +2,8 @@
 // answers, the minimum zone within the bounds of CGAL's least-area annulus (see
 // cgal_circle_oracle.h) and equal to brute force over all supports on small sets: arcs, lobes,
 // scattered points, offsets, tilts, radii from 1e-3 to 1e3. Sets whose answers are known exactly:
-// degenerate ones, and ones on which many points tie. The exchange limit.
+// degenerate ones, and ones on which many points tie. The exchange limit. What is no circle is
+// refused.
 #include <algorithm>
 #include <cmath>
 #include <string>
@@ -200,6 +201,34 @@ TEST(CircleZoneFits, GiveTheExactAnswersOfDegenerateAndTiedSets) {
         EXPECT_NEAR(max.GetRadius(), c.dMax, kExactTol);
         EXPECT_GE(-Reach(points, max, -1.0), max.GetRadius() - kExactTol);
     }
+}
+
+// What is no circle is refused (211), not returned: a tolerance that is not a number, the circle
+// through points 1e-150 apart (0 / 0). Collinear points near the largest double keep a finite
+// centre.
+TEST(CircleZoneFits, RefuseWhatIsNoCircleAndSolveCollinearPointsNearTheLargestDouble) {
+    const double s = 1e-150, dBig = 0x1.8c13dfd6eeb22p+1023;
+    const CNuPoint a(-0x1.28838daaef5bep+7, 0x1.30322fd403b61p+9, 0x1.c473f6a97b64p+8),
+        b(-0x1.1d154e264f362p+9, -0x1.44b3dd7c42a9ap+8, 0x1.97d0ad8e7d177p+8),
+        c(0x1.04fb2d5c1edf1p+9, -0x1.4c0fdb9dbad0bp+6, -0x1.19bc2b15fa8c2p+9);
+    const CNuPointArray mixed = test::Points({a, a, a, a, a, a, a, a, a, a, b, a, a, c});
+    CNuPointArray huge, tiny;
+    for (double x : {-1.0, -0.5, 0.0, 0.25, 0.5})
+        huge.Add(CNuPoint(x, dBig, -40.0));
+    for (SXY q : std::vector<SXY>{{1, 0}, {0, 1}, {-1, 0}, {0, -1}, {0.6, 0.8}})
+        tiny.Add(CNuPoint(s * q.x, s * q.y, -296.9));
+    CNuCircle circle(1.0);
+    double dZone = -1.0;
+    test::ExpectFailures<CNuBestfitException>({
+        {[&] { circle.FitMinZone(mixed, &dZone, std::nan(""), 8); }, 211, nullptr, "CNuCircle"},
+        {[&] { circle.FitMin(mixed, HUGE_VAL); }, 211, nullptr, "CNuCircle"},
+        {[&] { circle.FitMax(mixed, -HUGE_VAL); }, 211, nullptr, "CNuCircle"},
+    });
+    EXPECT_EQ(circle.FitMinZoneEx(tiny, &dZone, 1e-300, 100), eNuFitFailed)
+        << "radius " << circle.GetRadius();
+    circle.FitMinZone(huge, &dZone, 1e-5, 1075);  // from x = -1 to 0.5, nearest 0.25 from -0.25
+    EXPECT_EQ(std::vector<double>({dZone, circle.GetRadius(), circle.GetCentre().y()}),
+              std::vector<double>({0.5, 0.5, dBig}));
 }
 
 TEST(CircleZoneFits, ReachingTheExchangeLimitIsNotConvergence) {
