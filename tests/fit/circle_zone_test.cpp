@@ -204,8 +204,8 @@ TEST(CircleZoneFits, GiveTheExactAnswersOfDegenerateAndTiedSets) {
 }
 
 // What is no circle is refused (211), not returned: a tolerance that is not a number, the circle
-// through points 1e-150 apart (0 / 0). Collinear points near the largest double keep a finite
-// centre.
+// through points 1e-150 apart (0 / 0), an inscribed circle of points nearly in line far from their
+// mean that would hold a point. Collinear points near the largest double keep a finite centre.
 TEST(CircleZoneFits, RefuseWhatIsNoCircleAndSolveCollinearPointsNearTheLargestDouble) {
     const double s = 1e-150, dBig = 0x1.8c13dfd6eeb22p+1023;
     const CNuPoint a(-0x1.28838daaef5bep+7, 0x1.30322fd403b61p+9, 0x1.c473f6a97b64p+8),
@@ -217,12 +217,18 @@ TEST(CircleZoneFits, RefuseWhatIsNoCircleAndSolveCollinearPointsNearTheLargestDo
         huge.Add(CNuPoint(x, dBig, -40.0));
     for (SXY q : std::vector<SXY>{{1, 0}, {0, 1}, {-1, 0}, {0, -1}, {0.6, 0.8}})
         tiny.Add(CNuPoint(s * q.x, s * q.y, -296.9));
+    const CNuPointArray thin = test::Points({{0x1.bdf662560447ep+3, -0x1.556ec1b3fa43bp+0, 0},
+                                             {-0x1.47803f222f8d8p+3, -0x1.31b0f3799dc97p+3, 0},
+                                             {0x1.2fceaf577dde5p+57, 0x1.6d1d6cf780557p+54, 0},
+                                             {0x1.6ac19478f7037p+57, 0x1.b3f5a05484b28p+54, 0},
+                                             {0x1.bdf662560447ep+3, -0x1.556ec1b3fa43bp+0, 0}});
     CNuCircle circle(1.0);
     double dZone = -1.0;
     test::ExpectFailures<CNuBestfitException>({
         {[&] { circle.FitMinZone(mixed, &dZone, std::nan(""), 8); }, 211, nullptr, "CNuCircle"},
         {[&] { circle.FitMin(mixed, HUGE_VAL); }, 211, nullptr, "CNuCircle"},
         {[&] { circle.FitMax(mixed, -HUGE_VAL); }, 211, nullptr, "CNuCircle"},
+        {[&] { circle.FitMax(thin, 1e-12); }, 211, nullptr, "CNuCircle"},
     });
     EXPECT_EQ(circle.FitMinZoneEx(tiny, &dZone, 1e-300, 100), eNuFitFailed)
         << "radius " << circle.GetRadius();
