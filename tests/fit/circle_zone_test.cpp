@@ -3,7 +3,7 @@
 // cgal_circle_oracle.h) and equal to brute force over all supports on small sets: arcs, lobes,
 // scattered points, offsets, tilts, radii from 1e-3 to 1e3. Sets whose answers are known exactly:
 // degenerate ones, and ones on which many points tie. The exchange limit. What is no circle is
-// refused.
+// refused; every loop ends on degenerate data.
 #include <algorithm>
 #include <cmath>
 #include <string>
@@ -235,6 +235,27 @@ TEST(CircleZoneFits, RefuseWhatIsNoCircleAndSolveCollinearPointsNearTheLargestDo
     circle.FitMinZone(huge, &dZone, 1e-5, 1075);  // from x = -1 to 0.5, nearest 0.25 from -0.25
     EXPECT_EQ(std::vector<double>({dZone, circle.GetRadius(), circle.GetCentre().y()}),
               std::vector<double>({0.5, 0.5, dBig}));
+}
+
+// The Gauss-Newton loop, the zone's exchange and the walks end (the test process detects a hang)
+// on an octagon given twice (ties) of radius 1, 0 (coincident), 1e-150 and 1e200, about the origin
+// and 1e15 from it, with tolerances of zero, below zero, tiny and huge.
+TEST(CircleFits, EndOnDegenerateDataWithAnyTolerance) {
+    for (double dScale : {1.0, 0.0, 1e-150, 1e200})
+        for (double dOffset : {0.0, 1e15})
+            for (double dTol : {0.0, -1.0, 1e-300, 1e3}) {
+                CNuPointArray p;
+                for (int i = 0; i < 16; ++i)
+                    p.Add(CNuPoint(dOffset + dScale * std::cos(kPi * i / 4),
+                                   dOffset + dScale * std::sin(kPi * i / 4), -dOffset));
+                test::ScopedTolerance guard(NuGetLengthTol, NuSetLengthTol, dTol);
+                CNuCircle c(1.0);
+                double dZone = 0.0;
+                c.FitEx(p, 1000);  // the Ex forms catch every refusal
+                c.FitMinZoneEx(p, &dZone, dTol, 1000);
+                c.FitMinEx(p, dTol);
+                c.FitMaxEx(p, dTol);
+            }
 }
 
 TEST(CircleZoneFits, ReachingTheExchangeLimitIsNotConvergence) {
