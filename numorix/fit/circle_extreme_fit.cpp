@@ -12,6 +12,7 @@
 // decide: all strictly positive means the contacts enclose the centre and the circle is optimal;
 // otherwise the contact of the least multiplier is dropped and the walk goes on. At most ten
 // times as many exchange rounds as there are points are run.
+#include <algorithm>
 #include <cmath>
 #include <vector>
 
@@ -230,6 +231,26 @@ void Walk(SWalk& w) {
     }
 }
 
+// The rounding of a finished walk, relative to the size of the circle and of the coordinates:
+// thousands of units in the last place, far above what a walk on sound data leaves.
+constexpr double kWalkRounding = 1e-12;
+
+// Stored 211 unless the finished circle is finite and holds every point on its side: none
+// inside the inscribed circle, none outside the circumscribed one, by more than the tolerance
+// and the rounding. Two contacts nearly opposite about the centre (points far from the origin
+// of their plane, nearly in line) give a sum of unit vectors whose direction is rounding, and
+// the walk along it ends on a circle that a point crosses.
+void CheckHolds(const SWalk& w) {
+    if (!std::isfinite(w.cx) || !std::isfinite(w.cy) || !std::isfinite(w.r))
+        throw CNuBestfitException(11, "CNuCircle");
+    double dScale = std::fabs(w.r);
+    for (int i = 0; i < w.n; ++i)
+        dScale = std::max(dScale, std::max(std::fabs(w.x[i]), std::fabs(w.y[i])));
+    double dSlack = std::max(w.dTolerance, 0.0) + kWalkRounding * dScale;
+    for (int i = 0; i < w.n; ++i)
+        if (w.nSide * (DistanceTo(w, i) - w.r) > dSlack) throw CNuBestfitException(11, "CNuCircle");
+}
+
 // The plane of the points and their coordinates in it.
 struct SPlaneFrame {
     CNuPlane plane;
@@ -267,6 +288,7 @@ CNuPoint WorldCentre(const SPlaneFrame& f, double cx, double cy) {
 
 void CNuCircle::FitMax(const CNuPointArray& points, double dTolerance) {
     fit::CheckFinite(points, "CNuCircle");
+    fit::CheckTolerance(dTolerance, "CNuCircle");
     CNuVector v;
     int nCollinear = CNuGeometry::AreCollinear(points, &v, dTolerance);
     int n = points.GetSize();
@@ -302,12 +324,14 @@ void CNuCircle::FitMax(const CNuPointArray& points, double dTolerance) {
     }
     w.contacts.push_back(nNear);
     Walk(w);
+    CheckHolds(w);
     m_dRadius = w.r;
     SetPosition(WorldCentre(f, w.cx, w.cy), f.U, f.plane.GetNormal());
 }
 
 void CNuCircle::FitMin(const CNuPointArray& points, double dTolerance) {
     fit::CheckFinite(points, "CNuCircle");
+    fit::CheckTolerance(dTolerance, "CNuCircle");
     int n = points.GetSize();
     if (n < 1) throw CNuBestfitException(1, "CNuCircle", 1);
     CNuVector v;
@@ -364,6 +388,7 @@ void CNuCircle::FitMin(const CNuPointArray& points, double dTolerance) {
     w.r = dFar;
     w.contacts.push_back(nFar);
     Walk(w);
+    CheckHolds(w);
     m_dRadius = w.r;
     SetPosition(WorldCentre(f, w.cx, w.cy), f.U, f.plane.GetNormal());
 }

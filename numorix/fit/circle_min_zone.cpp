@@ -174,6 +174,14 @@ void FindMinimalAnnulus(double dLower, double dTolerance, const CNuPoint* p,
 
 const int kMaxActive = 10;
 
+// Stored 211 unless every number of the finished zone is finite: squares of coordinates that
+// underflow make the circle through three points 0 / 0 (three points 1e-150 apart), and sums
+// of coordinates that overflow make an infinite centre. Such a zone is no answer.
+void CheckUsable(double a, double b, double c, double d) {
+    if (!std::isfinite(a) || !std::isfinite(b) || !std::isfinite(c) || !std::isfinite(d))
+        throw CNuBestfitException(11, "CNuCircle");
+}
+
 }  // namespace
 
 long CNuCircle::PointNotCovered(double dTolerance, int nPoints, const CNuPoint* pPoints,
@@ -197,6 +205,7 @@ void CNuCircle::FitMinZone(const CNuPointArray& points, double* pdZone, double d
     fit::CheckIterations(lMaxIterations, "CNuCircle");
     g_nTorusZone.store(0, std::memory_order_relaxed);
     fit::CheckFinite(points, "CNuCircle");
+    fit::CheckTolerance(dTolerance, "CNuCircle");
     int n = points.GetSize();
     if (n < 1) throw CNuBestfitException(1, "CNuCircle", 1);
     const CNuPoint* pIn = points.GetData();
@@ -212,8 +221,7 @@ void CNuCircle::FitMinZone(const CNuPointArray& points, double* pdZone, double d
         int i = 0;
         int j = 0;
         double dHalf = points.MaxEdge(&i, &j) * 0.5;
-        CNuPoint centre((pIn[i].x() + pIn[j].x()) * 0.5, (pIn[i].y() + pIn[j].y()) * 0.5,
-                        (pIn[i].z() + pIn[j].z()) * 0.5);
+        CNuPoint centre = fit::MidPoint(pIn[i], pIn[j]);
         CNuVector direction = (pIn[j] - pIn[i]).To3DVector();
         direction.Normalise();
         CNuVector normal;
@@ -224,6 +232,7 @@ void CNuCircle::FitMinZone(const CNuPointArray& points, double* pdZone, double d
                                            pIn[k].z() - centre.z());
             if (d < dNear) dNear = d;
         }
+        CheckUsable(centre.x(), centre.y(), centre.z(), dNear + dHalf);
         m_dRadius = (dNear + dHalf) * 0.5;
         *pdZone = dHalf - dNear;
         SetPosition(centre, direction, normal);
@@ -315,6 +324,7 @@ void CNuCircle::FitMinZone(const CNuPointArray& points, double* pdZone, double d
     if (candidates.GetSize() == 0) throw CNuBestfitException(9, "CNuCircle", 0);
 
     const CNuPoint* c = candidates.GetData();
+    CheckUsable(c[0].x(), c[0].y(), c[1].x(), c[1].y());
     m_dRadius = c[1].x();
     *pdZone = 2.0 * c[1].y();
     if (bProjected) {

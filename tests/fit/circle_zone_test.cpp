@@ -2,7 +2,8 @@
 // answers, the minimum zone within the bounds of CGAL's least-area annulus (see
 // cgal_circle_oracle.h) and equal to brute force over all supports on small sets: arcs, lobes,
 // scattered points, offsets, tilts, radii from 1e-3 to 1e3. Sets whose answers are known exactly:
-// degenerate ones, and ones on which many points tie. The exchange limit.
+// degenerate ones, and ones on which many points tie. The exchange limit. What is no circle is
+// refused; every loop ends on degenerate data.
 #include <algorithm>
 #include <cmath>
 #include <string>
@@ -200,6 +201,61 @@ TEST(CircleZoneFits, GiveTheExactAnswersOfDegenerateAndTiedSets) {
         EXPECT_NEAR(max.GetRadius(), c.dMax, kExactTol);
         EXPECT_GE(-Reach(points, max, -1.0), max.GetRadius() - kExactTol);
     }
+}
+
+// What is no circle is refused (211), not returned: a tolerance that is not a number, the circle
+// through points 1e-150 apart (0 / 0), an inscribed circle of points nearly in line far from their
+// mean that would hold a point. Collinear points near the largest double keep a finite centre.
+TEST(CircleZoneFits, RefuseWhatIsNoCircleAndSolveCollinearPointsNearTheLargestDouble) {
+    const double s = 1e-150, dBig = 0x1.8c13dfd6eeb22p+1023;
+    const CNuPoint a(-0x1.28838daaef5bep+7, 0x1.30322fd403b61p+9, 0x1.c473f6a97b64p+8),
+        b(-0x1.1d154e264f362p+9, -0x1.44b3dd7c42a9ap+8, 0x1.97d0ad8e7d177p+8),
+        c(0x1.04fb2d5c1edf1p+9, -0x1.4c0fdb9dbad0bp+6, -0x1.19bc2b15fa8c2p+9);
+    const CNuPointArray mixed = test::Points({a, a, a, a, a, a, a, a, a, a, b, a, a, c});
+    CNuPointArray huge, tiny;
+    for (double x : {-1.0, -0.5, 0.0, 0.25, 0.5})
+        huge.Add(CNuPoint(x, dBig, -40.0));
+    for (SXY q : std::vector<SXY>{{1, 0}, {0, 1}, {-1, 0}, {0, -1}, {0.6, 0.8}})
+        tiny.Add(CNuPoint(s * q.x, s * q.y, -296.9));
+    const CNuPointArray thin = test::Points({{0x1.bdf662560447ep+3, -0x1.556ec1b3fa43bp+0, 0},
+                                             {-0x1.47803f222f8d8p+3, -0x1.31b0f3799dc97p+3, 0},
+                                             {0x1.2fceaf577dde5p+57, 0x1.6d1d6cf780557p+54, 0},
+                                             {0x1.6ac19478f7037p+57, 0x1.b3f5a05484b28p+54, 0},
+                                             {0x1.bdf662560447ep+3, -0x1.556ec1b3fa43bp+0, 0}});
+    CNuCircle circle(1.0);
+    double dZone = -1.0;
+    test::ExpectFailures<CNuBestfitException>({
+        {[&] { circle.FitMinZone(mixed, &dZone, std::nan(""), 8); }, 211, nullptr, "CNuCircle"},
+        {[&] { circle.FitMin(mixed, HUGE_VAL); }, 211, nullptr, "CNuCircle"},
+        {[&] { circle.FitMax(mixed, -HUGE_VAL); }, 211, nullptr, "CNuCircle"},
+        {[&] { circle.FitMax(thin, 1e-12); }, 211, nullptr, "CNuCircle"},
+    });
+    EXPECT_EQ(circle.FitMinZoneEx(tiny, &dZone, 1e-300, 100), eNuFitFailed)
+        << "radius " << circle.GetRadius();
+    circle.FitMinZone(huge, &dZone, 1e-5, 1075);  // from x = -1 to 0.5, nearest 0.25 from -0.25
+    EXPECT_EQ(std::vector<double>({dZone, circle.GetRadius(), circle.GetCentre().y()}),
+              std::vector<double>({0.5, 0.5, dBig}));
+}
+
+// The Gauss-Newton loop, the zone's exchange and the walks end (the test process detects a hang)
+// on an octagon given twice (ties) of radius 1, 0 (coincident), 1e-150 and 1e200, about the origin
+// and 1e15 from it, with tolerances of zero, below zero, tiny and huge.
+TEST(CircleFits, EndOnDegenerateDataWithAnyTolerance) {
+    for (double dScale : {1.0, 0.0, 1e-150, 1e200})
+        for (double dOffset : {0.0, 1e15})
+            for (double dTol : {0.0, -1.0, 1e-300, 1e3}) {
+                CNuPointArray p;
+                for (int i = 0; i < 16; ++i)
+                    p.Add(CNuPoint(dOffset + dScale * std::cos(kPi * i / 4),
+                                   dOffset + dScale * std::sin(kPi * i / 4), -dOffset));
+                test::ScopedTolerance guard(NuGetLengthTol, NuSetLengthTol, dTol);
+                CNuCircle c(1.0);
+                double dZone = 0.0;
+                c.FitEx(p, 1000);  // the Ex forms catch every refusal
+                c.FitMinZoneEx(p, &dZone, dTol, 1000);
+                c.FitMinEx(p, dTol);
+                c.FitMaxEx(p, dTol);
+            }
 }
 
 TEST(CircleZoneFits, ReachingTheExchangeLimitIsNotConvergence) {

@@ -8,6 +8,8 @@
 //     RunFitExCatchAll         no limit; tolerance as above; every failure -> failed
 //   CheckIterations            the limit test: lMaxIterations > 0, else stored 213
 //   CheckFinite                every coordinate finite, else stored 214 with the first bad index
+//   CheckTolerance             a finite tolerance argument, else stored 211
+//   MidPoint                   the midpoint of two points, also where their sum overflows
 //   GaussNewton                the undamped loop: solve J step = -r, add the step, stop when the
 //                              element's measure falls below its threshold or stops shrinking;
 //                              reaching the limit, even in a converging last iteration, is 212
@@ -17,6 +19,8 @@
 //                              singular vectors give the directions of the line and plane fits
 #ifndef NUMORIX_FIT_INTERNAL_FIT_FRAME_H
 #define NUMORIX_FIT_INTERNAL_FIT_FRAME_H
+
+#include <cmath>
 
 #include "numorix/fit/fit_result.h"
 #include "numorix/foundation/exception.h"
@@ -42,6 +46,24 @@ inline void CheckIterations(long lMaxIterations, const char* pszLocation) {
 // points otherwise, so that bad data are named instead of failing deep inside a decomposition or
 // being passed over by a comparison.
 void CheckFinite(const CNuPointArray& points, const char* pszLocation);
+
+// Stored 211 located at pszLocation unless dTolerance is a finite number. Under a NaN tolerance
+// every test of the fit fails silently and the fit reports a circle that fits nothing; an
+// infinite one makes all points one point.
+inline void CheckTolerance(double dTolerance, const char* pszLocation) {
+    if (!std::isfinite(dTolerance)) throw CNuBestfitException(11, pszLocation);
+}
+
+// (a + b) * 0.5 per coordinate, as everywhere; only where that sum overflows (coordinates
+// beyond half the largest double) are the halves added instead.
+inline double Middle(double a, double b) {
+    double d = (a + b) * 0.5;
+    return std::isfinite(d) ? d : a * 0.5 + b * 0.5;
+}
+
+inline CNuPoint MidPoint(const CNuPoint& a, const CNuPoint& b) {
+    return CNuPoint(Middle(a.x(), b.x()), Middle(a.y(), b.y()), Middle(a.z(), b.z()));
+}
 
 // Calls fit() and reports how it ended: a best-fit failure of cause 12 is "not converged",
 // every other failure of any type "failed".
