@@ -16,6 +16,7 @@
 // Collinear points have no unique annulus: the circle about the midpoint of the two extreme
 // points is taken. Points truly out of one plane belong to a torus, which this library does not
 // fit yet: stored 145.
+#include <algorithm>
 #include <atomic>
 #include <cmath>
 
@@ -234,7 +235,9 @@ void CNuCircle::FitMinZone(const CNuPointArray& points, double* pdZone, double d
         }
         CheckUsable(centre.x(), centre.y(), centre.z(), dNear + dHalf);
         m_dRadius = (dNear + dHalf) * 0.5;
-        *pdZone = dHalf - dNear;
+        // near <= half exactly (the ends of the longest edge lie at half from the centre), but
+        // its rounding can pass half by an ulp: a zone of -3e-17 would be no zone.
+        *pdZone = std::max(0.0, dHalf - dNear);
         SetPosition(centre, direction, normal);
         return;
     }

@@ -505,6 +505,7 @@ void CNuLine::FitMinZone(const CNuPointArray& points, double* pdZone, double dTo
                          long lMaxIterations) {
     fit::CheckIterations(lMaxIterations, "CNuLine");
     fit::CheckFinite(points, "CNuLine");
+    fit::CheckTolerance(dTolerance, "CNuLine");
     int n = points.GetSize();
     if (n < 2) throw CNuBestfitException(1, "CNuLine", 2);
     if (CNuGeometry::NumberDistinctPoints(points, 2, dTolerance) == 0)

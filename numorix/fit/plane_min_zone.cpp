@@ -197,6 +197,7 @@ long CNuPlane::PointNotCovered(double dTolerance, int nPoints, const CNuPoint* p
 
 void CNuPlane::FitMinZone(const CNuPointArray& points, double* pdZone, double dTolerance) {
     fit::CheckFinite(points, "CNuPlane");
+    fit::CheckTolerance(dTolerance, "CNuPlane");
     int n = points.GetSize();
     if (n < 3) throw CNuBestfitException(1, "CNuPlane", 3);
     CNuIntArray triple(3);

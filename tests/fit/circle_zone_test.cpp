@@ -235,6 +235,11 @@ TEST(CircleZoneFits, RefuseWhatIsNoCircleAndSolveCollinearPointsNearTheLargestDo
     circle.FitMinZone(huge, &dZone, 1e-5, 1075);  // from x = -1 to 0.5, nearest 0.25 from -0.25
     EXPECT_EQ(std::vector<double>({dZone, circle.GetRadius(), circle.GetCentre().y()}),
               std::vector<double>({0.5, 0.5, dBig}));
+    // Two points whose distance from their midpoint rounds past half their distance: zone 0.
+    circle.FitMinZone(test::Points({{-0x1.a7f148a9baa7dp-1, 0x1.1f154a5761b14p-1, 0},
+                                    {-0x1.fae04be85e5d2p-1, 0x1.210386db6d55bp-3, 0}}),
+                      &dZone, 0.1, 6);
+    EXPECT_EQ(dZone, 0.0);
 }
 
 // The Gauss-Newton loop, the zone's exchange and the walks end (the test process detects a hang)

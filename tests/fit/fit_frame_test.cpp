@@ -64,6 +64,8 @@ TEST(FitRefusals, EveryFitRefusesBadInputWithItsCauseLocationAndIndex) {
         {[&] { plane.FitMinZone(kTwo, &dZone, 1e-9); }, 201, nullptr, "CNuPlane"},
         {[&] { plane.FitMinZone(kDiagonal, &dZone, 1e-9); }, 203, nullptr, "CNuPlane"},
         {[&] { plane.FitMinZone(kFlatTriangle, &dZone, -86.0); }, 211, nullptr, "CNuPlane"},
+        {[&] { plane.FitMinZone(kTetra, &dZone, -HUGE_VAL); }, 211, nullptr, "CNuPlane"},
+        {[&] { line.FitMinZone(kSquare, &dZone, std::nan(""), 5); }, 211, nullptr, "CNuLine"},
         {[&] { circle.FitEx(kSquare, 0); }, 213, nullptr, "CNuCircle"},
         {[&] { circle.Fit(kTwo, 10); }, 201, nullptr, "CNuPlane", 3},
         {[&] { circle.FitMinZoneEx(kSquare, &dZone, 1e-9, 0); }, 213, nullptr, "CNuCircle"},

@@ -32,9 +32,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t nSize) {
     FuzzedDataProvider fdp(pData, nSize);
     const fuzz::CNuPointArray points = fuzz::Points(fdp);
     const double dTolerance = fuzz::Tolerance(fdp);
-    const double dMagnitude = fuzz::Magnitude(points);
-    const bool bCheck = fuzz::Representable(dMagnitude);
-    const fuzz::Real dSlack = fuzz::Slack(dTolerance, dMagnitude);
+    const bool bCheck = fuzz::Representable(points);
+    const fuzz::Real dSlack = fuzz::Slack(dTolerance, points);
     CNuPlane plane, inner, outer;
     double dZone = -1.0, dForm = -1.0, dSumSquares = -1.0;
     switch (fuzz::Dump("operation", fdp.ConsumeIntegralInRange<int>(0, 3))) {
@@ -44,7 +43,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t nSize) {
                 NUMORIX_FUZZ_CHECK(dForm >= 0.0 && std::isfinite(dForm) && dSumSquares >= 0.0);
                 // Three points have a form error of 0 by definition.
                 const fuzz::Real dLimit = points.GetSize() == 3 ? 1e300L : dForm;
-                CheckBetween(points, plane, -dLimit, dLimit, fuzz::Slack(0.0, dMagnitude));
+                CheckBetween(points, plane, -dLimit, dLimit, fuzz::Slack(0.0, points));
             }
             break;
         case 1:

@@ -144,9 +144,6 @@ inline double Magnitude(const CNuPointArray& points) {
     return d;
 }
 
-// Data whose squares and sums of squares stay normal numbers: on such data every figure a fit
-// returns must be a finite number.
-inline bool Representable(double dMagnitude) { return dMagnitude < 1e140; }
 
 inline bool IsUnit(const CNuVector& v) {
     const double d = std::sqrt(v[0] * v[0] + v[1] * v[1] + v[2] * v[2]);
@@ -173,10 +170,44 @@ void CheckBand(const CNuPointArray& points, F&& f, Real dLow, Real dHigh, Real d
     }
 }
 
-// The slack of a containment check: the fit's tolerance when positive (an infinite one lets
-// anything pass) plus rounding relative to the size of the data.
-inline Real Slack(double dTolerance, double dMagnitude) {
-    return 1e-9L * dMagnitude + 1e-300L + (dTolerance > 0.0 ? dTolerance : 0.0);
+// Runs f(); false when it refused with one of the library's exceptions (anything else escapes).
+template <class F>
+bool Attempt(F&& f) {
+    try {
+        f();
+        return true;
+    } catch (const numorix::CNuException&) {
+        return false;
+    }
+}
+
+// Data whose squares and sums of squares stay normal numbers, as must the squares of their
+// differences (lengths are taken unscaled): on such data every figure a fit returns is finite,
+// and every direction a unit vector.
+inline bool Representable(const CNuPointArray& points) {
+    Real dRange = 0.0L;
+    for (int i = 1; i < points.GetSize(); ++i)
+        dRange = std::max({dRange, std::fabs(Real(points[i].x()) - points[0].x()),
+                           std::fabs(Real(points[i].y()) - points[0].y()),
+                           std::fabs(Real(points[i].z()) - points[0].z())});
+    return Magnitude(points) < 1e140 && (dRange == 0.0L || dRange > 1e-140L);
+}
+
+// The slack of a containment check: rounding relative to the size of the data, plus twice the
+// fit's tolerance when positive (a point may sit a tolerance off the plane the exchange works in
+// and a tolerance off its chords).
+inline Real Slack(double dTolerance, const CNuPointArray& points) {
+    return 1e-9L * Magnitude(points) + 1e-300L + (dTolerance > 0.0 ? 2.0L * dTolerance : 0.0L);
+}
+
+// True when the library's collinearity test passes the points at dTolerance. It compares cross
+// products of unscaled differences from the first point with the tolerance, so it can pass
+// points far off any line; the zone fits then give their answer for collinear points, which need
+// not contain them.
+inline bool CollinearByRule(const CNuPointArray& points, double dTolerance) {
+    CNuVector v;
+    int n = 0;
+    return Attempt([&] { n = numorix::CNuGeometry::AreCollinear(points, &v, dTolerance); }) && n != 0;
 }
 
 // Runs fit(); true when it gave a result. A refusal must be one of the library's exceptions, and a
@@ -210,17 +241,6 @@ bool FitEx(const CNuPointArray& points, long lMaxIterations, F&& fit) {
                        eResult == numorix::eNuFitFailed);
     NUMORIX_FUZZ_CHECK(FirstNonFinite(points) < 0 || eResult == numorix::eNuFitFailed);
     return eResult == numorix::eNuFitOk;
-}
-
-// Runs f(); false when it refused with one of the library's exceptions (anything else escapes).
-template <class F>
-bool Attempt(F&& f) {
-    try {
-        f();
-        return true;
-    } catch (const numorix::CNuException&) {
-        return false;
-    }
 }
 
 }  // namespace fuzz

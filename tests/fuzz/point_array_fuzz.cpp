@@ -53,7 +53,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t nSize) {
     fuzz::CNuPointArray points = fuzz::Points(fdp);
     const int n = points.GetSize();
     const double dTol = fuzz::Tolerance(fdp);
-    const bool bCheck = fuzz::FirstNonFinite(points) < 0 && fuzz::Representable(fuzz::Magnitude(points));
+    const bool bCheck = fuzz::FirstNonFinite(points) < 0 && fuzz::Representable(points);
     // Distances below NuGetZero() (1e-300) read as 0 by the library's rule.
     const Real dSlack = 1e-9L * fuzz::Magnitude(points) + 1e-290L;
     fuzz::CNuPointArray edited(points);
