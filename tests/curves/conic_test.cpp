@@ -72,6 +72,10 @@ TEST(Conic, RefusesBadShapesFramesAndConversionsWithTheirCauses) {
         {[&] { hyperbola.ToPointArray(5, 1.9, 3.0, 0); }, 114, "conversion", pszH},
     });
     EXPECT_EQ(hyperbola.ToPointArray(2, 2.0, 3.0, 0).GetSize(), 2) << "the vertex is a valid bound";
+    EXPECT_EQ(CNuCircle(1.0).ToPointArray(2).GetSize(), 2);
+    // Given a centre only, a conic takes the world axes: the vertex lies at centre + (a, 0, 0).
+    EXPECT_EQ(CNuHyperbola(2.0, 1.0, CNuPoint(1, 2, 3)).ToPointArray(2, 2.0, 3.0, 0)[0].DistanceTo(
+                  CNuPoint(3, 2, 3)), 0.0);
 }
 
 TEST(Conic, ConvertsToPointsOnTheCurveAndMeetsSecantsOnEveryBranchAlsoWhenMoved) {

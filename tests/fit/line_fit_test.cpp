@@ -52,6 +52,9 @@ TEST(LineAndPlaneFit, FormAndSumOfSquaresFollowTheResidualsOfEachMode) {
     plane.Fit(test::Points({{0, 0, 0}, {0, 1, 0}, {1, 0, 0}}), &dForm, &dSum);
     EXPECT_EQ((std::vector<double>{plane.GetNormal()[2], dForm, dSum}),
               (std::vector<double>{-1, 0, 0}));
+    // Along (1, -1, 0) the two largest components tie in size: the first is made positive.
+    line.Fit(test::Points({{0, 0, 0}, {1, -1, 0}, {2, -2, 0}}));
+    EXPECT_GT(line.GetDirection()[0], 0.0);
     // Signed residuals 0.25 (four times) and -1 about the line x = 10.25 in z = 5; distances 0.3,
     // sqrt(0.1) and 0.1 (each twice) about the line x = y = 0 in space; residuals 0.14, 0.14,
     // -0.06, -0.06 and -0.16 about the plane z = -0.04. The lines stand off the origin and off

@@ -90,6 +90,8 @@ TEST(PointArray, ExtremeEdgesMatchABruteForceSearchFirstPairsWinningTiesAndBound
     CNuPointArray square = Points({{0, 0, 0}, {1, 0, 0}, {1, 1, 0}, {0, 1, 0}});
     square.MaxEdge(&m, &n);
     EXPECT_EQ(m * 10 + n, 2);
+    EXPECT_EQ(Points({{4, 5, 6}}).MaxEdge(&m, &n), 0.0) << "one point";
+    EXPECT_EQ(test::Elements(square.GetDataY()), std::vector<double>({0, 0, 1, 1}));
     test::Random rng;
     CNuPointArray cloud = test::RandomPoints(rng, 40);
     double dMax = -1.0, dMin = 1e300;

@@ -41,6 +41,7 @@ TEST(Point, ComparesByAStrictBoxRefusesTinyDivisorsAndVanishingMidPlanesAndKeeps
         {[&] { CNuPoint(7, 0, 0).MidPlane(CNuLine(CNuPoint(), CNuVector(1, 0, 0))); }, 121,
          "calculation", "CNuPoint::MidPlane(CNuLine)"},
     });
+    EXPECT_EQ((p / 4.0).DistanceTo(CNuPoint(0.25, 0.5, 0.75)), 0.0);
     double x = 0.0, z = 0.0;
     p.GetData(&x, nullptr, &z);  // null outputs are skipped
     EXPECT_TRUE(PointsNear(p, CNuPoint(x, 2.0, z), test::kExact)) << "left unchanged";
