@@ -6,9 +6,10 @@
 //   objective  minimise sum (rho_i - R)^2
 //   step       (d0, d1, d2, d3, d4) of the linearised problem J d = R - rho, with the rows
 //                (-u/rho, -v/rho, -u t/rho, -v t/rho, -1)
-//              (the derivatives of rho under P0 += d0 U + d1 V, a += d2 U + d3 V, R += d4); a
-//              point on the axis takes the rows multiplied by rho. The axis turns on the unit
-//              sphere: a' = a sqrt(1 - d2^2 - d3^2) + d2 U + d3 V.
+//              (the derivatives of rho under P0 += d0 U + d1 V, a += d2 U + d3 V, R += d4); for a
+//              point on the axis (rho below NuGetZero()) the first four entries and the
+//              right-hand side are multiplied by rho. The axis turns on the unit sphere:
+//              a' = a sqrt(1 - d2^2 - d3^2) + d2 U + d3 V.
 //   loop       undamped Gauss-Newton; only the radius step |d4| is measured, against NuGetTol()^2
 //   starts     the three candidate axes of QuadricAxes; the candidate with the least sum of
 //              squares wins. A candidate whose tilt leaves the unit sphere (d2^2 + d3^2 near 1)

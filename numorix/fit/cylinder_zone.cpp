@@ -409,17 +409,17 @@ void CNuCylSurf::FitMinZone(const CNuPointArray& points, double* pdZone, CNuCylS
 
 ENuFitResult CNuCylSurf::FitMinZoneEx(const CNuPointArray& points, double* pdZone,
                                       double dTolerance, long lMaxIterations) {
-    return fit::RunFitExWithTolerance(
-        lMaxIterations, kLocation, dTolerance,
-        [&] { FitMinZone(points, pdZone, dTolerance, lMaxIterations); });
+    return fit::RunFitExWithTolerance(lMaxIterations, kLocation, dTolerance, [&] {
+        FitMinZone(points, pdZone, dTolerance, lMaxIterations);
+    });
 }
 
 ENuFitResult CNuCylSurf::FitMinZoneEx(const CNuPointArray& points, double* pdZone,
                                       CNuCylSurf* pInner, CNuCylSurf* pOuter, double dTolerance,
                                       long lMaxIterations) {
-    return fit::RunFitExWithTolerance(
-        lMaxIterations, kLocation, dTolerance,
-        [&] { FitMinZone(points, pdZone, pInner, pOuter, dTolerance, lMaxIterations); });
+    return fit::RunFitExWithTolerance(lMaxIterations, kLocation, dTolerance, [&] {
+        FitMinZone(points, pdZone, pInner, pOuter, dTolerance, lMaxIterations);
+    });
 }
 
 }  // namespace numorix
