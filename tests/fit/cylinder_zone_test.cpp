@@ -62,6 +62,9 @@ TEST(CylinderZone, RefusesWhatHasNoCylinderWithTheCauseAndLocationOfTheFit) {
     const CNuPointArray kTetra = test::Points({{0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {0, 0, 1}});
     const CNuPointArray kSquare =
         test::Points({{0, 0, 0}, {1, 0, 0}, {1, 1, 0}, {0, 1, 0}, {0.5, 0.2, 0}, {0.3, 0.6, 0}});
+    CNuPointArray kPrism;  // corners of a long square prism, on a cylinder
+    for (int k = 0; k < 8; ++k)
+        kPrism.Add(CNuPoint(2.0 + (k & 1), -1.0 + ((k >> 1) & 1), 5.0 * (k >> 2)));
     CNuLine line;
     test::ExpectFailures<CNuBestfitException>({
         {[&] { c.FitMinZoneEx(kTetra, &dZone, kTol, 0); }, 213, nullptr, "CNuCylSurf"},
@@ -80,7 +83,12 @@ TEST(CylinderZone, RefusesWhatHasNoCylinderWithTheCauseAndLocationOfTheFit) {
         // Coplanar points: 204 inside, not converged for the circumscribed cylinder.
         {[&] { c.FitMin(kSquare, kTol, 50); }, 212, nullptr, "CNuCylSurf"},
         {[&] { line.FitMinZone(kTetra, &dZone, kTol, 50); }, 201, nullptr, "CNuCylSurf", 5},
+        // Points in space have a zone, but no pair of lines bounds them.
+        {[&] { line.FitMinZone(kPrism, &dZone, &line, &line, kTol, kLimit); }, 205, nullptr,
+         "CNuLine"},
     });
+    EXPECT_EQ(line.FitMinZoneEx(kPrism, &dZone, kTol, kLimit), eNuFitOk);
+    EXPECT_NEAR(dZone, std::sqrt(2.0), kRounding) << "the prism's diagonal";
     EXPECT_EQ(c.FitMinZoneEx(kTetra, &dZone, kTol, 50), eNuFitNotConverged);
     EXPECT_EQ(c.FitMinEx(kNaN, kTol, 50), eNuFitFailed);
 }
@@ -133,25 +141,6 @@ TEST(CylinderZone, PointsWithinTheToleranceOfACylinderHaveZoneZeroAndTheLeastSqu
     EXPECT_EQ(dZone, 0.0);
     EXPECT_EQ(zone.GetRadius(), ls.GetRadius());
     EXPECT_TRUE(test::PointsNear(zone.GetAxisPoint(), ls.GetAxisPoint(), test::kExact));
-}
-
-TEST(CylinderZone, TheLineZoneOfTheCornersOfALongSquarePrismIsItsDiagonal) {
-    // The eight corners lie on the cylinder of radius sqrt(2) / 2 about the prism's axis, the
-    // smallest that holds them while the prism is five times longer than wide.
-    CNuPointArray corners;
-    for (int k = 0; k < 8; ++k)
-        corners.Add(CNuPoint(2.0 + (k & 1), -1.0 + ((k >> 1) & 1), 5.0 * (k >> 2)));
-    CNuLine line;
-    double dZone = -1.0;
-    ASSERT_EQ(line.FitMinZoneEx(corners, &dZone, kTol, kLimit), eNuFitOk);
-    EXPECT_NEAR(dZone, std::sqrt(2.0), kRounding);
-    EXPECT_LT(test::AxisAngle(line.GetDirection(), CNuVector(0, 0, 1)), kRounding);
-    EXPECT_TRUE(test::PointsNear(line.GetPoint(), CNuPoint(2.5, -0.5, 2.5), kRounding));
-    // No pair of lines bounds points in space.
-    test::ExpectFailures<CNuBestfitException>({
-        {[&] { line.FitMinZone(corners, &dZone, &line, &line, kTol, kLimit); }, 205, nullptr,
-         "CNuLine"},
-    });
 }
 
 struct SShape {
