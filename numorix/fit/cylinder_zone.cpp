@@ -167,7 +167,8 @@ void SearchAxis(const CNuPointArray& points, CNuVector* pAxis, double* pdValue, 
     dTheta0 = Radians(dTheta0);
     dPhi0 = Radians(dPhi0);
 
-    SVertex v[3] = {{dTheta0, dPhi0, 0.0}, {dTheta0 + 0.2, dPhi0, 0.0}, {dTheta0, dPhi0 + 0.2, 0.0}};
+    SVertex v[3] = {
+        {dTheta0, dPhi0, 0.0}, {dTheta0 + 0.2, dPhi0, 0.0}, {dTheta0, dPhi0 + 0.2, 0.0}};
     for (SVertex& w : v)
         w.dValue = f(w.dTheta, w.dPhi);
 
@@ -249,8 +250,8 @@ struct SCylinder {
 };
 
 // The search from a start axis and the cylinder it gives.
-SCylinder Search(const CNuPointArray& points, const CNuVector& start, int nMode,
-                 double dTolerance, long lMaxIterations) {
+SCylinder Search(const CNuPointArray& points, const CNuVector& start, int nMode, double dTolerance,
+                 long lMaxIterations) {
     SCylinder c;
     CNuVector axis(start);
     double dValue = 0.0;

@@ -24,17 +24,13 @@ constexpr double kRounding = 1e-9;
 // quadric axes, and one far from the true axis can take some thousand Gauss-Newton steps.
 constexpr long kLimit = 100000;
 
-double AxisDistance(const CNuPoint& p, const CNuCylSurf& c) {
-    CNuVector a = c.GetAxisDirection();
-    return ((p - c.GetAxisPoint()).To3DVector() * a).Magnitude() / a.Magnitude();
-}
-
 // Nearest and farthest distance of the points from the cylinder's axis.
 std::pair<double, double> Reach(const CNuPointArray& points, const CNuCylSurf& c) {
     double dNear = 1e300, dFar = 0.0;
     for (int i = 0; i < points.GetSize(); ++i) {
-        dNear = std::min(dNear, AxisDistance(points[i], c));
-        dFar = std::max(dFar, AxisDistance(points[i], c));
+        double d = ((points[i] - c.GetAxisPoint()).To3DVector() * c.GetAxisDirection()).Magnitude();
+        dNear = std::min(dNear, d);
+        dFar = std::max(dFar, d);
     }
     return {dNear, dFar};
 }
@@ -93,7 +89,7 @@ TEST(CylinderZone, RefusesWhatHasNoCylinderWithTheCauseAndLocationOfTheFit) {
     EXPECT_EQ(c.FitMinEx(kNaN, kTol, 50), eNuFitFailed);
 }
 
-TEST(CylinderZone, CoincidentAndCollinearPointsGiveACylinderOfRadiusZeroAboutThem) {
+TEST(CylinderZone, DegenerateSetsGiveRadiusZeroOrTheInscribedCircleOfCoplanarPoints) {
     const CNuPointArray kOne = test::Points({{1, 2, 3}});
     const CNuPointArray kSame = test::Points({{1, 2, 3}, {1, 2, 3}, {1, 2, 3}});
     const CNuPointArray kLine = test::Points({{1, 2, 3}, {2, 4, 5}, {3, 6, 7}, {4, 8, 9}});
@@ -117,15 +113,11 @@ TEST(CylinderZone, CoincidentAndCollinearPointsGiveACylinderOfRadiusZeroAboutThe
             }
         }
     }
-}
-
-TEST(CylinderZone, CoplanarPointsHaveTheInscribedCircleAsTheirInscribedCylinder) {
-    // Six points on the circle of radius 2 about (1, -1, 4) in the plane z = 4.
-    CNuPointArray points;
+    CNuPointArray circle;  // on the circle of radius 2 about (1, -1, 4) in the plane z = 4
     for (int k = 0; k < 6; ++k)
-        points.Add(CNuPoint(1 + 2 * std::cos(k * 1.1), -1 + 2 * std::sin(k * 1.1), 4.0));
+        circle.Add(CNuPoint(1 + 2 * std::cos(k * 1.1), -1 + 2 * std::sin(k * 1.1), 4.0));
     CNuCylSurf c(1.0);
-    c.FitMax(points, kTol, 20);
+    c.FitMax(circle, kTol, 20);
     EXPECT_NEAR(c.GetRadius(), 2.0, kRounding);
     EXPECT_TRUE(test::PointsNear(c.GetAxisPoint(), CNuPoint(1, -1, 4), kRounding));
     EXPECT_NEAR(std::fabs(c.GetAxisDirection()[2]), 1.0, kRounding);
