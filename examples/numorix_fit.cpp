@@ -1,7 +1,8 @@
 // numorix-fit: fits a geometric element to measured points by every criterion the library has
 // for it, and prints the results as a table or as JSON.
 //
-//   numorix-fit --element line|plane|circle [--json] [--tolerance T] [--max-iterations N] FILE
+//   numorix-fit --element line|plane|circle|cylinder [--json] [--tolerance T]
+//               [--max-iterations N] FILE
 //
 // The point file holds one point per line, "x y z" or "x,y,z"; two columns mean z = 0. Text after
 // '#' is a comment and blank lines are skipped. A malformed file is reported with its name and
@@ -57,7 +58,7 @@ struct Result {
 
 void Usage() {
     std::fprintf(stderr,
-                 "usage: numorix-fit --element line|plane|circle [--json] [--tolerance T] "
+                 "usage: numorix-fit --element line|plane|circle|cylinder [--json] [--tolerance T] "
                  "[--max-iterations N] FILE\n");
     std::exit(2);
 }
@@ -224,6 +225,45 @@ std::vector<Result> FitCircle(const CNuPointArray& points, const Options& o) {
     return results;
 }
 
+// The four cylinders: least squares, the smallest that holds every point, the largest that holds
+// none, and the narrowest shell.
+std::vector<Result> FitCylinder(const CNuPointArray& points, const Options& o) {
+    std::vector<Result> results;
+    auto store = [](Result& r, const numorix::CNuCylSurf& cylinder) {
+        r.location = cylinder.GetAxisPoint();
+        r.direction = AsPoint(cylinder.GetAxisDirection());
+        r.dRadius = cylinder.GetRadius();
+    };
+    results.push_back(Attempt("least squares", o.dTolerance, [&](Result& r) {
+        numorix::CNuCylSurf cylinder(1.0);
+        double dForm = 0.0;
+        double dSumSquares = 0.0;
+        cylinder.Fit(points, &dForm, &dSumSquares, o.lMaxIterations);
+        store(r, cylinder);
+        r.dForm = dForm;
+        r.dSumSquares = dSumSquares;
+    }));
+    using Extreme = void (numorix::CNuCylSurf::*)(const CNuPointArray&, double, long);
+    const std::pair<const char*, Extreme> extremes[] = {
+        {"minimum circumscribed", &numorix::CNuCylSurf::FitMin},
+        {"maximum inscribed", &numorix::CNuCylSurf::FitMax}};
+    for (const auto& extreme : extremes) {
+        results.push_back(Attempt(extreme.first, o.dTolerance, [&](Result& r) {
+            numorix::CNuCylSurf cylinder(1.0);
+            (cylinder.*extreme.second)(points, o.dTolerance, o.lMaxIterations);
+            store(r, cylinder);
+        }));
+    }
+    results.push_back(Attempt("minimum zone", o.dTolerance, [&](Result& r) {
+        numorix::CNuCylSurf cylinder(1.0);
+        double dZone = 0.0;
+        cylinder.FitMinZone(points, &dZone, o.dTolerance, o.lMaxIterations);
+        store(r, cylinder);
+        r.dZone = dZone;
+    }));
+    return results;
+}
+
 std::string Number(const std::optional<double>& d) {
     if (!d) return "-";
     char sz[64];
@@ -245,7 +285,9 @@ std::string Triple(const std::optional<CNuPoint>& p) {
 void PrintTable(const Options& o, int nPoints, const std::vector<Result>& results) {
     std::printf("%s fit of %d points from %s (tolerance %g, iteration limit %ld)\n\n",
                 o.sElement.c_str(), nPoints, o.sFile.c_str(), o.dTolerance, o.lMaxIterations);
-    const char* pszDirection = o.sElement == "line" ? "direction" : "normal";
+    const char* pszDirection = o.sElement == "line"       ? "direction"
+                               : o.sElement == "cylinder" ? "axis"
+                                                          : "normal";
     for (const Result& r : results) {
         std::printf("%s: %s", r.sCriterion.c_str(), r.sStatus.c_str());
         std::printf("  (%.3f ms)\n", r.dMilliseconds);
@@ -317,8 +359,10 @@ int main(int argc, char** argv) {
         fit = FitPlane;
     } else if (options.sElement == "circle") {
         fit = FitCircle;
+    } else if (options.sElement == "cylinder") {
+        fit = FitCylinder;
     } else {
-        Fail("unknown element '" + options.sElement + "' (line, plane, circle)");
+        Fail("unknown element '" + options.sElement + "' (line, plane, circle, cylinder)");
     }
     CNuPointArray points;
     try {
