@@ -21,8 +21,11 @@
 // (one comparison per round, a copy at powers of two); the cycle is then walked once more and the
 // narrowest candidate that holds every point within its own half width plus dTolerance ends the
 // fit. That annulus is the exact zone of a subset of the points (up to the tie tolerance), which
-// bounds the zone of all points from below: it is the minimum zone. A cycle without such a
-// candidate is stored 212, as its limit would give.
+// bounds the zone of all points from below: it is the minimum zone, to dTolerance on either side
+// (a point may lie dTolerance outside, as at every end of the exchange). When no candidate of the cycle
+// holds every point, the exchange goes on with the scan testing the first candidate alone (the
+// ties no longer count), which ends as the exchange does, with a first candidate that holds every
+// point; a second cycle is stored 212, as the limit would give. The limit counts every round.
 //
 // Collinear points have no unique annulus: the circle about the midpoint of the two extreme
 // points is taken. Points truly out of one plane belong to a torus, which this library does not
@@ -190,7 +193,7 @@ const int kMaxActive = 10;
 // Repeats is given each state once; it keeps a copy of the state at the powers of two and reports
 // the first state equal to the copy, the distance from it being the length of the cycle.
 class CExchangeCycle {
-public:
+  public:
     bool Repeats(int nK, const CNuIntArray& active) {
         if (m_lPower == 0) {
             Save(nK, active);
@@ -208,7 +211,7 @@ public:
     }
     long Length() const { return m_lLength; }
 
-private:
+  private:
     void Save(int nK, const CNuIntArray& active) {
         m_saved.Clear();
         m_saved.Add(nK);
@@ -347,6 +350,8 @@ void CNuCircle::FitMinZone(const CNuPointArray& points, double* pdZone, double d
     CExchangeCycle cycle;
     long lWalk = 0;  // rounds of a found cycle still to be walked
     CNuPointArray covering(2);
+    bool bFirstOnly =
+        false;  // after a cycle without a covering candidate: the scan tests the first
     while (k != -1) {
         if (!(iter < lMaxIterations)) throw CNuBestfitException(12, "CNuCircle");
         ++iter;
@@ -368,9 +373,13 @@ void CNuCircle::FitMinZone(const CNuPointArray& points, double* pdZone, double d
                 }
             }
             if (--lWalk == 0) {
-                if (covering.GetSize() == 0) throw CNuBestfitException(12, "CNuCircle");
-                candidates = covering;
-                break;
+                if (covering.GetSize() > 0) {
+                    candidates = covering;
+                    break;
+                }
+                if (bFirstOnly) throw CNuBestfitException(12, "CNuCircle");
+                bFirstOnly = true;
+                cycle = CExchangeCycle();
             }
         }
         if (active.GetSize() >= n) break;
@@ -402,6 +411,7 @@ void CNuCircle::FitMinZone(const CNuPointArray& points, double* pdZone, double d
             if (!bNeedless) kept.Add(list.GetData()[e]);
         }
         active = kept;
+        if (bFirstOnly && candidates.GetSize() > 2) candidates.Truncate(2);
         k = PointNotCovered(dTolerance, n, p, candidates);
     }
     if (candidates.GetSize() == 0) throw CNuBestfitException(9, "CNuCircle", 0);
