@@ -22,10 +22,13 @@
 // narrowest candidate that holds every point within its own half width plus dTolerance ends the
 // fit. That annulus is the exact zone of a subset of the points (up to the tie tolerance), which
 // bounds the zone of all points from below: it is the minimum zone, to dTolerance on either side
-// (a point may lie dTolerance outside, as at every end of the exchange). When no candidate of the cycle
-// holds every point, the exchange goes on with the scan testing the first candidate alone (the
-// ties no longer count), which ends as the exchange does, with a first candidate that holds every
-// point; a second cycle is stored 212, as the limit would give. The limit counts every round.
+// (a point may lie dTolerance outside, as at every end of the exchange). When no candidate of the
+// cycle holds every point, the exchange goes on with the scan testing the first candidate alone
+// (the ties no longer count); it ends as the exchange does, with a first candidate that holds
+// every point. If that cycles too without such a candidate, no point is dropped any more: the
+// first candidate holds every active point, so each point the scan finds is new, the active set
+// grows, and the exchange ends at the latest with all points active. The limit counts every
+// round, so a low limit still ends in 212.
 //
 // Collinear points have no unique annulus: the circle about the midpoint of the two extreme
 // points is taken. Points truly out of one plane belong to a torus, which this library does not
@@ -350,8 +353,9 @@ void CNuCircle::FitMinZone(const CNuPointArray& points, double* pdZone, double d
     CExchangeCycle cycle;
     long lWalk = 0;  // rounds of a found cycle still to be walked
     CNuPointArray covering(2);
-    bool bFirstOnly =
-        false;  // after a cycle without a covering candidate: the scan tests the first
+    // After a cycle without a candidate that holds every point the scan tests the first candidate
+    // alone (1); after a second one no point is dropped either (2).
+    int nFallback = 0;
     while (k != -1) {
         if (!(iter < lMaxIterations)) throw CNuBestfitException(12, "CNuCircle");
         ++iter;
@@ -377,12 +381,17 @@ void CNuCircle::FitMinZone(const CNuPointArray& points, double* pdZone, double d
                     candidates = covering;
                     break;
                 }
-                if (bFirstOnly) throw CNuBestfitException(12, "CNuCircle");
-                bFirstOnly = true;
+                if (nFallback == 2) throw CNuBestfitException(12, "CNuCircle");
+                ++nFallback;
                 cycle = CExchangeCycle();
             }
         }
         if (active.GetSize() >= n) break;
+        if (nFallback == 2) {
+            if (candidates.GetSize() > 2) candidates.Truncate(2);
+            k = PointNotCovered(dTolerance, n, p, candidates);
+            continue;
+        }
 
         // k leads, then the rest of the best quadruple, then the other active points.
         CNuIntArray list(active.GetSize());
@@ -411,7 +420,7 @@ void CNuCircle::FitMinZone(const CNuPointArray& points, double* pdZone, double d
             if (!bNeedless) kept.Add(list.GetData()[e]);
         }
         active = kept;
-        if (bFirstOnly && candidates.GetSize() > 2) candidates.Truncate(2);
+        if (nFallback == 1 && candidates.GetSize() > 2) candidates.Truncate(2);
         k = PointNotCovered(dTolerance, n, p, candidates);
     }
     if (candidates.GetSize() == 0) throw CNuBestfitException(9, "CNuCircle", 0);
