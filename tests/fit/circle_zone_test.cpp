@@ -263,6 +263,55 @@ TEST(CircleFits, EndOnDegenerateDataWithAnyTolerance) {
             }
 }
 
+// Points of the PTB cylinders seen along trial axes (z = 0): many annuli lie within the tolerance
+// of one width, and the exchange cycles among tied candidates. In the cycle of the six points
+// (C50, near its axis) a candidate holds them all; in that of the ten (C50) none does, and the
+// scan goes on against the first candidate alone; the twelve (C39, far from its axis) cycle that
+// way too and end without dropping points. All end at the minimum zone, not at the limit.
+TEST(CircleZoneFits, EndAnExchangeThatCyclesAmongTiedAnnuliAtTheMinimumZone) {
+    constexpr double kTol = 1e-9;  // the cylinder's; a point may lie outside the zone by as much
+    const std::vector<SXY> sets[] = {{{0x1.da6611fd9422cp+5, -0x1.a85fccea45b52p+5},
+                                      {0x1.da62c1941da76p+5, -0x1.a85d64b13a217p+5},
+                                      {0x1.f24528690dad3p+5, -0x1.b020d73d5c9b9p+5},
+                                      {0x1.da651575d53a3p+5, -0x1.b7e298fd6832p+5},
+                                      {0x1.e0fd639126946p+5, -0x1.bcb092a2210e4p+5},
+                                      {0x1.e925eaba9e0fap+5, -0x1.bcacefc0a878p+5}},
+                                     {{0x1.da6611fd9422cp+5, -0x1.a85fccea45b52p+5},
+                                      {0x1.da62c1941da76p+5, -0x1.a85d64b13a217p+5},
+                                      {0x1.d7dcfee2baa9cp+5, -0x1.b020d73126da2p+5},
+                                      {0x1.e9271b3bf5bf6p+5, -0x1.bcb099557aea6p+5},
+                                      {0x1.efc0e0761531fp+5, -0x1.a85e036b27f15p+5},
+                                      {0x1.e926d7418f85p+5, -0x1.a391e67428e55p+5},
+                                      {0x1.e9264e226101p+5, -0x1.a3938ca70ae6fp+5},
+                                      {0x1.da64a760acfa6p+5, -0x1.b7e2e8f27b38p+5},
+                                      {0x1.efc12f26a9316p+5, -0x1.b7e3e4527f451p+5},
+                                      {0x1.efc0c167fd77ap+5, -0x1.b7e394674a371p+5}},
+                                     {{-0x1.92dae5d42da0ap+7, -0x1.b616832d1dbdep+7},
+                                      {-0x1.955191b23db3ap+7, -0x1.b00ce42f3e2cap+7},
+                                      {-0x1.c27a9450619aap+7, -0x1.c20fb3f12afd1p+7},
+                                      {-0x1.b6fe3505e85dp+7, -0x1.d15c84691a4e1p+7},
+                                      {-0x1.960a6836b93fap+7, -0x1.cc5d4ad60c51ap+7},
+                                      {-0x1.aa6c1ba08ae56p+7, -0x1.ab3db129ce7bdp+7},
+                                      {-0x1.71a837107a7f2p+7, -0x1.a04171e3cc2a6p+7},
+                                      {-0x1.7d249da1204ep+7, -0x1.90f49f44792dap+7},
+                                      {-0x1.a147c36709a68p+7, -0x1.ac3a91524d62cp+7},
+                                      {-0x1.9ed17a8c1fc5ep+7, -0x1.b2445f54b0662p+7},
+                                      {-0x1.905af1dd95fbdp+7, -0x1.bb7148957673fp+7},
+                                      {-0x1.b55565ae3bd84p+7, -0x1.a53c83046f4b6p+7}}};
+    for (const std::vector<SXY>& q : sets) {
+        SCOPED_TRACE(std::to_string(q.size()) + " points");
+        CNuPointArray points;
+        for (const SXY& s : q)
+            points.Add(CNuPoint(s.x, s.y, 0.0));
+        CNuCircle zone(1.0);
+        double dZone = -1.0;
+        ASSERT_NO_THROW(zone.FitMinZone(points, &dZone, kTol, 1000));
+        EXPECT_NEAR(dZone, BruteMinZone(q), 2.0 * kTol);
+        EXPECT_LE(Reach(points, zone, 1.0) - zone.GetRadius(), dZone / 2 + kTol);
+        EXPECT_LE(zone.GetRadius() + Reach(points, zone, -1.0), dZone / 2 + kTol);
+    }
+}
+
 TEST(CircleZoneFits, ReachingTheExchangeLimitIsNotConvergence) {
     test::Random rng;
     CNuPointArray points;
