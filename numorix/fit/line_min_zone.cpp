@@ -19,7 +19,9 @@
 //      when an exchange flags no change: the bounding lines have been gone round.
 //   lMaxIterations bounds the exchanges; when the count reaches it, even with the last exchange
 //   flagging no change, the fit is not converged (stored 212).
-// Points in space have a circumscribed cylinder as their zone, which is not offered yet.
+// Points in space (not within dTolerance of one plane) have the minimum circumscribed cylinder as
+// their zone: the line is its axis and the zone its diameter; the two-line form refuses them
+// (stored 205), since no pair of lines bounds them.
 #include <cmath>
 #include <vector>
 
@@ -29,6 +31,7 @@
 #include "numorix/geometry/line.h"
 #include "numorix/geometry/plane.h"
 #include "numorix/geometry/point_array.h"
+#include "numorix/surfaces/cyl_surf.h"
 
 namespace numorix {
 
@@ -515,16 +518,20 @@ void CNuLine::FitMinZone(const CNuPointArray& points, double* pdZone, double dTo
     CNuVector normal;
     if (CNuGeometry::AreCollinear(points, &normal, dTolerance) != 0) return;
     CNuPlane plane;
-    if (CNuGeometry::AreCoplanar(points, &plane, dTolerance) == 0) {
-        // The zone of points in space is the minimum circumscribed cylinder.
-        throw CNuOperationException(45, "FitMinZone", "CNuLine");
-    }
     const CNuPoint* p = points.GetData();
     CNuPoint mean = points.MeanPoint();
     std::vector<SXY> local(static_cast<std::size_t>(n));
     SXY dir{1.0, 0.0};
     SXY loc{0.0, 0.0};
-    if (points.Is2D(NuGetZero()) == eNuFalse) {
+    if (CNuGeometry::AreCoplanar(points, &plane, dTolerance) == 0) {
+        // Points in space: the zone is the diameter of the minimum circumscribed cylinder, whose
+        // axis is the line.
+        CNuCylSurf cylinder(1.0);
+        cylinder.FitMin(points, dTolerance, lMaxIterations);
+        *pdZone = 2.0 * cylinder.GetRadius();
+        m_point = cylinder.GetAxisPoint();
+        m_direction = cylinder.GetAxisDirection();
+    } else if (points.Is2D(NuGetZero()) == eNuFalse) {
         // Three non-collinear points: the first differing from point 0, then the first later
         // point off the line through those two.
         int k = 1;

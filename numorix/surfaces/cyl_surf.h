@@ -50,6 +50,16 @@ class CNuCylSurf : public CNuSurface {
     ENuFitResult FitEx(const CNuPointArray& points, double* pdForm, double* pdSumSquares,
                        long lMaxIterations);
 
+    // The Chebyshev fits accept a single point. Coincident or collinear points (within
+    // dTolerance) give radius 0 and zone 0 about the first point (global axes) or the
+    // least-squares line; FitMax takes coplanar points as their inscribed circle. Points within
+    // dTolerance of the least-squares cylinder give that cylinder and zone 0, without a search.
+    // The search needs the least-squares start: fewer than 5 points in space, or coplanar points
+    // in FitMinZone and FitMin, end as that fit ends, seen through each fit's guard (FitMinZone
+    // and FitMax report every best-fit failure as stored 212; FitMin keeps 211 and 201 and
+    // reports the rest as 212). The inscribed cylinder of points over less than the whole
+    // circumference has no bound and ends with 212. The axis point is the foot of the world
+    // origin on the axis.
     void FitMax(const CNuPointArray& points, double dTolerance, long lMaxIterations);
     void FitMin(const CNuPointArray& points, double dTolerance, long lMaxIterations);
     ENuFitResult FitMaxEx(const CNuPointArray& points, double dTolerance, long lMaxIterations);

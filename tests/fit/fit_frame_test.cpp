@@ -74,9 +74,8 @@ TEST(FitRefusals, EveryFitRefusesBadInputWithItsCauseLocationAndIndex) {
         {[&] { circle.FitMax(kTwo, 1e-9); }, 201, nullptr, "CNuCircle"},
         {[&] { circle.FitMax(kDiagonal, 1e-9); }, 203, nullptr, "CNuCircle"},
     });
-    // Zone fits of points in space hand over to the cylinder and torus fits, not yet offered.
+    // The circle zone of points in space hands over to the torus fit, not yet offered.
     test::ExpectFailures<CNuOperationException>({
-        {[&] { line.FitMinZone(kTetra, &dZone, 1e-9, 10); }, 145, "FitMinZone", "CNuLine"},
         {[&] { circle.FitMinZone(kTetra, &dZone, 1e-9, 10); }, 145, "FitMinZone", "CNuCircle"},
     });
     // Every fit refuses a point with a NaN or infinite coordinate before it reads the points
