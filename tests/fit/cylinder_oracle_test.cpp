@@ -116,9 +116,10 @@ double SearchAxes(const Eigen::MatrixX3d& P, const Vec3& pole, double dCap, EMod
 
 TEST(CylinderFits, AgreeWithIndependentAnswersOnRandomMeasuredCylinders) {
     test::Random rng;
-    const struct { double dCoverage, dLength; } cases[] = {{1.0, 40.0}, {1.0, 3.0}, {0.5, 25.0}, {0.25, 25.0}};
+    const struct { double dCoverage, dLength; } cases[] = {{1.0, 40.0}, {1.0, 8.0}, {0.5, 25.0}, {0.25, 25.0}};
     for (const auto& c : cases) {
-        // Twelve points spread round the coverage, radius 10 with three lobes of 0.02 and noise.
+        // Twelve points spread round the coverage and to both ends, radius 10 with three lobes of
+        // 0.02 and noise.
         test::Frame f = test::RandomFrame(rng);
         CNuVector shift = test::RandomDirection(rng);
         shift.Normalise();
@@ -127,7 +128,8 @@ TEST(CylinderFits, AgreeWithIndependentAnswersOnRandomMeasuredCylinders) {
         for (int i = 0; i < 12; ++i) {
             double t = 2.0 * M_PI * c.dCoverage * (i + rng.Uniform(0.0, 1.0)) / 12.0;
             double r = 10.0 + 0.02 * std::cos(3.0 * t) + rng.Uniform(-0.002, 0.002);
-            points.Add(f.World(r * std::cos(t), r * std::sin(t), rng.Uniform(0.0, c.dLength)));
+            double z = c.dLength * (i % 2 == 0 ? rng.Uniform(0.0, 0.3) : rng.Uniform(0.7, 1.0));
+            points.Add(f.World(r * std::cos(t), r * std::sin(t), z));
         }
         const Eigen::MatrixX3d P = test::Rows(points);
         const Vec3 truth(f.z[0], f.z[1], f.z[2]);
