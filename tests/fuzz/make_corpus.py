@@ -10,6 +10,7 @@ import random
 HERE = os.path.dirname(os.path.abspath(__file__))
 BINARY = ["fit_line_fuzz", "fit_plane_fuzz", "fit_circle_fuzz", "poly_roots_fuzz",
           "linalg_fuzz", "point_array_fuzz"]
+LATER_BINARY = ["fit_cylinder_fuzz"]
 TEXTS = [
     "0 0 0\n1 0 0\n2 0.001 0\n", "0,0\n1,1\n2,2\n", "# header\n\n1 2 3 # note\n4\t5\t6\r\n",
     "1 2\n", "1 2 3 4\n", "x y z\n", "1e308 1e308 0\n", "1e999 0 0\n", "nan 0 0\n",
@@ -38,6 +39,14 @@ def main():
                 for _ in range(rng.randrange(1, 12))]
         with open(os.path.join(folder, "points_%02d.txt" % i), "w") as f:
             f.write("\n".join(rows) + "\n")
+    # Targets added later draw on after all the others, so that the earlier seeds stay the same.
+    for name in LATER_BINARY:
+        folder = os.path.join(HERE, "corpus", name)
+        os.makedirs(folder, exist_ok=True)
+        for i in range(32):
+            size = rng.choice([4, 16, 64, 256, 1024])
+            with open(os.path.join(folder, "seed_%02d" % i), "wb") as f:
+                f.write(bytes(rng.randrange(256) for _ in range(size)))
 
 
 if __name__ == "__main__":
