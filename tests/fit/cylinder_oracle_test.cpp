@@ -167,7 +167,9 @@ TEST(CylinderFits, AgreeWithIndependentAnswersOnRandomMeasuredCylinders) {
         EXPECT_LT(CNuPoint(o.point[0], o.point[1], o.point[2]).DistanceTo(ls.GetAxis()), kSameLeastSquares);
         EXPECT_NEAR(ls.GetRadius(), o.dRadius, kSameLeastSquares);
 
-        ASSERT_NO_THROW(zone.FitMinZone(points, &dZone, 1e-12, 1000));
+        CNuCylSurf in(1.0), out(1.0);
+        ASSERT_NO_THROW(zone.FitMinZone(points, &dZone, &in, &out, 1e-12, 1000));
+        EXPECT_NEAR(out.GetRadius() - in.GetRadius(), dZone, kContained) << "the bounding pair";
         EXPECT_NEAR(dZone, SearchAxes(P, truth, M_PI / 2.0, eZone, axis(zone)), kSameChebyshev);
         EXPECT_LE(dZone, dForm + kContained) << "the minimum zone is wider than the least-squares form";
         Eigen::VectorXd d = distances(zone);
@@ -176,6 +178,15 @@ TEST(CylinderFits, AgreeWithIndependentAnswersOnRandomMeasuredCylinders) {
 
         ASSERT_NO_THROW(outer.FitMin(points, 1e-12, 1000));
         EXPECT_LE(distances(outer).maxCoeff(), outer.GetRadius() + kContained);
+        // The line zone in space is the diameter of that cylinder, about its axis.
+        CNuLine line;
+        double dLineZone = -1.0;
+        line.FitMinZone(points, &dLineZone, 1e-12, 1000);
+        EXPECT_EQ(dLineZone, 2.0 * outer.GetRadius());
+        // An open profile has no inscribed cylinder: the search runs off.
+        if (c.dCoverage < 1.0) {
+            EXPECT_EQ(inner.FitMaxEx(points, 1e-12, 1000), eNuFitNotConverged);
+        }
         // A disc of points, shorter than its diameter, has smaller circumscribed cylinders about
         // axes far from its own, which a search from the least-squares axis does not reach.
         if (c.dLength < 20.0) continue;
