@@ -133,5 +133,22 @@ TEST(CylinderZone, PointsWithinTheToleranceOfACylinderHaveZoneZeroAndTheLeastSqu
     EXPECT_TRUE(test::PointsNear(zone.GetAxisPoint(), ls.GetAxisPoint(), test::kExact));
 }
 
+// A patch 1e-3 wide 1e6 from the origin: every fit ends, and the circumscribed cylinder holds
+// every point up to the rounding of coordinates of 1e6.
+TEST(CylinderZone, EveryFitEndsOnATinyPatchFarFromTheOrigin) {
+    test::Random rng;
+    CNuPointArray p;
+    for (int i = 0; i < 12; ++i)
+        p.Add(CNuPoint(1e6 + rng.Uniform(0, 1e-3), 1e6 + rng.Uniform(0, 1e-3),
+                       1e6 + rng.Uniform(0, 1e-3)));
+    CNuCylSurf c(1.0);
+    double dZone = -1.0;
+    c.FitEx(p, kLimit);
+    c.FitMinZoneEx(p, &dZone, kTol, kLimit);
+    c.FitMaxEx(p, kTol, kLimit);
+    ASSERT_EQ(c.FitMinEx(p, kTol, kLimit), eNuFitOk);
+    EXPECT_LE(Reach(p, c).second, c.GetRadius() + 1e-9);
+}
+
 }  // namespace
 }  // namespace numorix
