@@ -20,16 +20,12 @@ void CheckCircle(const CNuCircle& circle) {
     NUMORIX_FUZZ_CHECK(circle.GetRadius() >= 0.0 && std::isfinite(circle.GetRadius()));
 }
 
-// Every point's distance from the axis of the circle within [dLow, dHigh], up to the slack and
-// the rounding of a circle far larger than the data (three nearly collinear points).
+// Every point's distance from the axis of the circle within [dLow, dHigh].
 void CheckBetween(const fuzz::CNuPointArray& points, const CNuCircle& circle, fuzz::Real dLow,
                   fuzz::Real dHigh, fuzz::Real dSlack) {
     CheckCircle(circle);
-    const fuzz::CNuPoint centre = circle.GetCentre();
-    const fuzz::CNuVector normal = circle.GetNormal();
-    auto radial = [&](const fuzz::CNuPoint& p) { return fuzz::Across(p, centre, normal); };
-    const fuzz::Real dSize = std::fabs(centre.x()) + std::fabs(centre.y()) + std::fabs(centre.z());
-    fuzz::CheckBand(points, radial, dLow, dHigh, dSlack + 1e-9L * (dSize + circle.GetRadius()));
+    fuzz::CheckAxisBand(points, circle.GetCentre(), circle.GetNormal(), dLow, dHigh, dSlack,
+                        circle.GetRadius());
 }
 
 }  // namespace

@@ -20,16 +20,12 @@ void CheckCylinder(const CNuCylSurf& cylinder) {
     NUMORIX_FUZZ_CHECK(cylinder.GetRadius() >= 0.0 && std::isfinite(cylinder.GetRadius()));
 }
 
-// Every point's distance from the axis within [dLow, dHigh], up to the slack and the rounding of
-// an axis point far from the data.
+// Every point's distance from the axis within [dLow, dHigh].
 void CheckBetween(const fuzz::CNuPointArray& points, const CNuCylSurf& cylinder, fuzz::Real dLow,
                   fuzz::Real dHigh, fuzz::Real dSlack) {
     CheckCylinder(cylinder);
-    const fuzz::CNuPoint o = cylinder.GetAxisPoint();
-    const fuzz::CNuVector axis = cylinder.GetAxisDirection();
-    auto radial = [&](const fuzz::CNuPoint& p) { return fuzz::Across(p, o, axis); };
-    const fuzz::Real dSize = std::fabs(o.x()) + std::fabs(o.y()) + std::fabs(o.z());
-    fuzz::CheckBand(points, radial, dLow, dHigh, dSlack + 1e-9L * (dSize + cylinder.GetRadius()));
+    fuzz::CheckAxisBand(points, cylinder.GetAxisPoint(), cylinder.GetAxisDirection(), dLow, dHigh,
+                        dSlack, cylinder.GetRadius());
 }
 
 }  // namespace

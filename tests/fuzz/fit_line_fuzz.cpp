@@ -19,10 +19,7 @@ void CheckLine(const CNuLine& line) {
 // Every point within dLimit of the line.
 void CheckWithin(const fuzz::CNuPointArray& points, const CNuLine& line, fuzz::Real dLimit,
                  fuzz::Real dSlack) {
-    auto distance = [&](const fuzz::CNuPoint& p) {
-        return fuzz::Across(p, line.GetPoint(), line.GetDirection());
-    };
-    fuzz::CheckBand(points, distance, 0.0L, dLimit, dSlack);
+    fuzz::CheckAxisBand(points, line.GetPoint(), line.GetDirection(), 0.0L, dLimit, dSlack);
 }
 
 }  // namespace

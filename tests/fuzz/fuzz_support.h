@@ -170,6 +170,16 @@ void CheckBand(const CNuPointArray& points, F&& f, Real dLow, Real dHigh, Real d
     }
 }
 
+// Every point's distance from the axis through q along the unit u within [dLow, dHigh], up to the
+// slack and the rounding of an axis point or a radius dSize far larger than the data (a circle
+// through three nearly collinear points, an axis point at the foot of the world origin).
+inline void CheckAxisBand(const CNuPointArray& points, const CNuPoint& q, const CNuVector& u,
+                          Real dLow, Real dHigh, Real dSlack, Real dSize = 0.0L) {
+    dSize += std::fabs(q.x()) + std::fabs(q.y()) + std::fabs(q.z());
+    auto across = [&](const CNuPoint& p) { return Across(p, q, u); };
+    CheckBand(points, across, dLow, dHigh, dSlack + 1e-9L * dSize);
+}
+
 // Runs f(); false when it refused with one of the library's exceptions (anything else escapes).
 template <class F>
 bool Attempt(F&& f) {

@@ -20,15 +20,20 @@ TEXTS = [
 ]
 
 
-def main():
-    rng = random.Random(20261123)
-    for name in BINARY:
+def write_binary(rng, names):
+    """32 seeds of random bytes per target."""
+    for name in names:
         folder = os.path.join(HERE, "corpus", name)
         os.makedirs(folder, exist_ok=True)
         for i in range(32):
             size = rng.choice([4, 16, 64, 256, 1024])
             with open(os.path.join(folder, "seed_%02d" % i), "wb") as f:
                 f.write(bytes(rng.randrange(256) for _ in range(size)))
+
+
+def main():
+    rng = random.Random(20261123)
+    write_binary(rng, BINARY)
     folder = os.path.join(HERE, "corpus", "point_file_fuzz")
     os.makedirs(folder, exist_ok=True)
     for i, text in enumerate(TEXTS):
@@ -40,13 +45,7 @@ def main():
         with open(os.path.join(folder, "points_%02d.txt" % i), "w") as f:
             f.write("\n".join(rows) + "\n")
     # Targets added later draw on after all the others, so that the earlier seeds stay the same.
-    for name in LATER_BINARY:
-        folder = os.path.join(HERE, "corpus", name)
-        os.makedirs(folder, exist_ok=True)
-        for i in range(32):
-            size = rng.choice([4, 16, 64, 256, 1024])
-            with open(os.path.join(folder, "seed_%02d" % i), "wb") as f:
-                f.write(bytes(rng.randrange(256) for _ in range(size)))
+    write_binary(rng, LATER_BINARY)
 
 
 if __name__ == "__main__":
