@@ -288,7 +288,7 @@ void CNuCircle::FitMinZone(const CNuPointArray& points, double* pdZone, double d
         int i = 0;
         int j = 0;
         double dHalf = points.MaxEdge(&i, &j) * 0.5;
-        CNuPoint centre = fit::MidPoint(pIn[i], pIn[j]);
+        CNuPoint centre = pIn[i].MidPoint(pIn[j]);
         CNuVector direction = (pIn[j] - pIn[i]).To3DVector();
         direction.Normalise();
         CNuVector normal;

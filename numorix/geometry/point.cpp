@@ -215,9 +215,19 @@ void CNuPoint::MoveTo(const CNuPoint& origin, const CNuVector& xAxis, const CNuV
     *this = CNuPoint(d % x, d % y, d % z);
 }
 
+namespace {
+
+// (a + b) * 0.5; only where that sum overflows (both beyond half the largest double) are the
+// halves added instead.
+double Middle(double a, double b) {
+    double d = (a + b) * 0.5;
+    return std::isfinite(d) || !std::isfinite(a) || !std::isfinite(b) ? d : a * 0.5 + b * 0.5;
+}
+
+}  // namespace
+
 CNuPoint CNuPoint::MidPoint(const CNuPoint& other) const {
-    return CNuPoint((m_dX + other.m_dX) * 0.5, (m_dY + other.m_dY) * 0.5,
-                    (m_dZ + other.m_dZ) * 0.5);
+    return CNuPoint(Middle(m_dX, other.m_dX), Middle(m_dY, other.m_dY), Middle(m_dZ, other.m_dZ));
 }
 
 CNuPoint CNuPoint::MidPoint(const CNuLine& line) const { return MidPoint(ProjectionOn(line)); }

@@ -9,7 +9,6 @@
 //   CheckIterations            the limit test: lMaxIterations > 0, else stored 213
 //   CheckFinite                every coordinate finite, else stored 214 with the first bad index
 //   CheckTolerance             a finite tolerance argument, else stored 211
-//   MidPoint                   the midpoint of two points, also where their sum overflows
 //   GaussNewton                the undamped loop: solve J step = -r, add the step, stop when the
 //                              element's measure falls below its threshold or stops shrinking;
 //                              reaching the limit, even in a converging last iteration, is 212
@@ -52,17 +51,6 @@ void CheckFinite(const CNuPointArray& points, const char* pszLocation);
 // infinite one makes all points one point.
 inline void CheckTolerance(double dTolerance, const char* pszLocation) {
     if (!std::isfinite(dTolerance)) throw CNuBestfitException(11, pszLocation);
-}
-
-// (a + b) * 0.5 per coordinate, as everywhere; only where that sum overflows (coordinates
-// beyond half the largest double) are the halves added instead.
-inline double Middle(double a, double b) {
-    double d = (a + b) * 0.5;
-    return std::isfinite(d) ? d : a * 0.5 + b * 0.5;
-}
-
-inline CNuPoint MidPoint(const CNuPoint& a, const CNuPoint& b) {
-    return CNuPoint(Middle(a.x(), b.x()), Middle(a.y(), b.y()), Middle(a.z(), b.z()));
 }
 
 // Calls fit() and reports how it ended: a best-fit failure of cause 12 is "not converged",
