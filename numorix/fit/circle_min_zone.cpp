@@ -241,6 +241,20 @@ bool CoversAll(const CNuPoint* c, double dTolerance, int n, const CNuPoint* p) {
     return true;
 }
 
+// Whether the active set holds every one of the n points. A point can be found outside a tied
+// candidate while it is active (the scan allows the first candidate's width, the tie its own), and
+// with a negative tolerance a point on the annulus counts as outside it; it then joins the set
+// twice, so the length of the set does not say how many points it holds.
+bool HoldsEveryPoint(const CNuIntArray& active, int n) {
+    const int* a = active.GetData();
+    int m = active.GetSize();
+    if (m < n) return false;
+    int nDistinct = 0;
+    for (int i = 0; i < m; ++i)
+        if (std::find(a, a + i, a[i]) == a + i) ++nDistinct;
+    return nDistinct >= n;
+}
+
 // Stored 211 unless every number of the finished zone is finite: squares of coordinates that
 // underflow make the circle through three points 0 / 0 (three points 1e-150 apart), and sums
 // of coordinates that overflow make an infinite centre. Such a zone is no answer.
@@ -386,7 +400,7 @@ void CNuCircle::FitMinZone(const CNuPointArray& points, double* pdZone, double d
                 cycle = CExchangeCycle();
             }
         }
-        if (active.GetSize() >= n) break;
+        if (HoldsEveryPoint(active, n)) break;
         if (nFallback == 2) {
             if (candidates.GetSize() > 2) candidates.Truncate(2);
             k = PointNotCovered(dTolerance, n, p, candidates);
