@@ -336,7 +336,8 @@ void CNuCircle::FitMin(const CNuPointArray& points, double dTolerance) {
     int n = points.GetSize();
     if (n < 1) throw CNuBestfitException(1, "CNuCircle", 1);
     CNuVector v;
-    if (CNuGeometry::AreCollinear(points, &v, dTolerance) != 0) {
+    if (CNuGeometry::AreCollinear(points, &v, dTolerance) != 0 &&
+        fit::OnOneLine(points, dTolerance)) {
         if (CNuGeometry::NumberDistinctPoints(points, 2, dTolerance) == 0) {
             m_dRadius = 0.0;
             SetPosition(points[0], CNuVector(1.0, 0.0, 0.0), CNuVector(0.0, 0.0, 1.0));

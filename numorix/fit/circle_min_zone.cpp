@@ -292,7 +292,8 @@ void CNuCircle::FitMinZone(const CNuPointArray& points, double* pdZone, double d
     const CNuPoint* pIn = points.GetData();
 
     CNuVector planeNormal;
-    if (CNuGeometry::AreCollinear(points, &planeNormal, dTolerance) != 0) {
+    if (CNuGeometry::AreCollinear(points, &planeNormal, dTolerance) != 0 &&
+        fit::OnOneLine(points, dTolerance)) {
         if (CNuGeometry::NumberDistinctPoints(points, 2, dTolerance) == 0) {
             *pdZone = 0.0;
             m_dRadius = 0.0;

@@ -282,7 +282,8 @@ SCylinder Solve(const CNuPointArray& points, int nMode, double dTolerance, long 
         c.origin = points[0];
         return c;
     }
-    if (CNuGeometry::AreCollinear(points, &normal, dTolerance) != 0) {
+    if (CNuGeometry::AreCollinear(points, &normal, dTolerance) != 0 &&
+        fit::OnOneLine(points, dTolerance)) {
         CNuLine line;
         line.Fit(points);
         c.axis = line.GetDirection();

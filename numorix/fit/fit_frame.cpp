@@ -13,6 +13,53 @@ void CheckFinite(const CNuPointArray& points, const char* pszLocation) {
             throw CNuBestfitException(14, pszLocation, i);
 }
 
+namespace {
+
+// The index of the point farthest from q.
+int Farthest(const CNuPoint* p, int n, const CNuPoint& q) {
+    int nFar = 0;
+    double dFar = -1.0;
+    for (int i = 0; i < n; ++i) {
+        double d = ScaledDistance(p[i].x() - q.x(), p[i].y() - q.y(), p[i].z() - q.z());
+        if (d > dFar) {
+            dFar = d;
+            nFar = i;
+        }
+    }
+    return nFar;
+}
+
+}  // namespace
+
+bool OnOneLine(const CNuPointArray& points, double dTolerance) {
+    const CNuPoint* p = points.GetData();
+    int n = points.GetSize();
+    if (n < 3) return true;
+    const CNuPoint a = p[Farthest(p, n, p[0])];
+    const CNuPoint b = p[Farthest(p, n, a)];
+    double ux = b.x() - a.x();
+    double uy = b.y() - a.y();
+    double uz = b.z() - a.z();
+    double dLength = ScaledDistance(ux, uy, uz);
+    if (!(dLength > 0.0) || !std::isfinite(dLength)) return true;
+    ux /= dLength;
+    uy /= dLength;
+    uz /= dLength;
+    double dScale = 0.0;
+    for (int i = 0; i < n; ++i)
+        dScale = std::fmax(dScale, std::fmax(std::fabs(p[i].x()),
+                                             std::fmax(std::fabs(p[i].y()), std::fabs(p[i].z()))));
+    const double dSlack = 5.0 * std::fmax(dTolerance, 0.0) + 0x1p-40 * dScale;
+    for (int i = 0; i < n; ++i) {
+        double wx = p[i].x() - a.x();
+        double wy = p[i].y() - a.y();
+        double wz = p[i].z() - a.z();
+        double d = ScaledDistance(wy * uz - wz * uy, wz * ux - wx * uz, wx * uy - wy * ux);
+        if (std::isfinite(d) && d > dSlack) return false;
+    }
+    return true;
+}
+
 void CleanDirection(CNuVector* pDirection) {
     double* pd = pDirection->GetData();
     double dTol = NuGetTol();

@@ -516,7 +516,9 @@ void CNuLine::FitMinZone(const CNuPointArray& points, double* pdZone, double dTo
     Fit(points);
     *pdZone = 0.0;
     CNuVector normal;
-    if (CNuGeometry::AreCollinear(points, &normal, dTolerance) != 0) return;
+    if (CNuGeometry::AreCollinear(points, &normal, dTolerance) != 0 &&
+        fit::OnOneLine(points, dTolerance))
+        return;
     CNuPlane plane;
     const CNuPoint* p = points.GetData();
     CNuPoint mean = points.MeanPoint();

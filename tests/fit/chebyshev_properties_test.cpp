@@ -5,6 +5,7 @@
 // data of order 10 that the other suites use (an absolute threshold inside a fit shows there).
 #include <algorithm>
 #include <cmath>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -36,6 +37,26 @@ double Answer(EFit eFit, const CNuPointArray& p, double dTol, CNuPoint* pInside)
     const CNuPoint& o = c.GetCentre();
     *pInside = o + (p[0] - o) * (0.5 * (1.0 + c.GetRadius() / test::Gap(p[0], o)));
     return eFit == eCircleZone ? dZone : c.GetRadius();
+}
+
+// The collinearity test compares cross products with the tolerance unscaled: when its first two
+// points lie just a tolerance apart, every cross product with them is below it, and a triangle
+// passes the test. The fits that answer collinear points with a line must not take such a set
+// for one: its answer is the one of the same points in an order that starts with a wide pair. The
+// zone's exchange starts from those two points, whose circle with a third the least-squares
+// circle refuses (203 of the plane: they coincide at the length tolerance): a refusal, not a
+// wrong zone.
+TEST(ChebyshevFits, DoNotTakePointsForALineWhenTheFirstTwoLieAToleranceApart) {
+    constexpr double kTol = 1e-15;  // the first two points are 1.5 of it apart
+    const CNuPointArray close = test::Points(
+        {{0, 0, 0}, {1.5e-15, 0, 0}, {1, 0.6, 0}, {-0.5, 0.4, 0}, {0.2, -0.5, 0}});
+    const CNuPointArray wide = test::Points(
+        {{1, 0.6, 0}, {-0.5, 0.4, 0}, {0.2, -0.5, 0}, {0, 0, 0}, {1.5e-15, 0, 0}});
+    CNuPoint inside;
+    for (EFit eFit : {eLineZone, eCircumscribed})
+        EXPECT_NEAR(Answer(eFit, close, kTol, &inside), Answer(eFit, wide, kTol, &inside), 1e-12)
+            << "fit " << eFit;
+    EXPECT_NU_THROW(Answer(eCircleZone, close, kTol, &inside), CNuBestfitException, 203);
 }
 
 TEST(ChebyshevFits, KeepTheirAnswerUnderPermutationDuplicationInsidePointsAndScaling) {

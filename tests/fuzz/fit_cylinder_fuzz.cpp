@@ -36,7 +36,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t nSize) {
     const double dTolerance = fuzz::Tolerance(fdp);
     const long lMax = fuzz::Iterations(fdp);
     const bool bCheck = fuzz::Representable(points);
-    const fuzz::Real dSlack = fuzz::Slack(dTolerance, points);
+    fuzz::Real dSlack = fuzz::Slack(dTolerance, points);
     const fuzz::Real kAll = std::numeric_limits<fuzz::Real>::max();
     const int nOperation = fuzz::Dump("operation", fdp.ConsumeIntegralInRange<int>(0, 9));
     const bool bBounds = nOperation == 5 || (nOperation == 9 && fdp.ConsumeBool());
@@ -81,7 +81,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t nSize) {
     CheckCylinder(cylinder);
     const bool bZone = nOperation == 4 || nOperation == 5 || nOperation == 9;
     NUMORIX_FUZZ_CHECK(!bZone || (dZone >= 0.0 && std::isfinite(dZone)));
-    if (nOperation >= 2 && fuzz::CollinearByRule(points, dTolerance)) return 0;  // a line's answer
+    if (nOperation >= 2 && fuzz::CollinearByRule(points, dTolerance))
+        dSlack = fuzz::LineAnswerSlack(dTolerance, points);  // perhaps a line's answer
     const fuzz::Real r = cylinder.GetRadius();
     switch (nOperation) {
         case 0:

@@ -30,7 +30,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t nSize) {
     const double dTolerance = fuzz::Tolerance(fdp);
     const long lMax = fuzz::Iterations(fdp);
     const bool bCheck = fuzz::Representable(points);
-    const fuzz::Real dSlack = fuzz::Slack(dTolerance, points);
+    fuzz::Real dSlack = fuzz::Slack(dTolerance, points);
     CNuLine line, inner, outer;
     double dZone = -1.0, dForm = -1.0, dSumSquares = -1.0;
     bool bZone = false;  // a zone came back in dZone
@@ -68,7 +68,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t nSize) {
     if (!bZone || !bCheck) return 0;
     NUMORIX_FUZZ_CHECK(dZone >= 0.0 && std::isfinite(dZone));
     CheckLine(line);
-    if (fuzz::CollinearByRule(points, dTolerance)) return 0;  // the least-squares line, zone 0
+    // Collinear by the rule: perhaps the least-squares line with zone 0.
+    if (fuzz::CollinearByRule(points, dTolerance)) dSlack = fuzz::LineAnswerSlack(dTolerance, points);
     CheckWithin(points, line, dZone / 2.0L, dSlack);
     if (!bBounds || dZone < numorix::NuGetTol()) return 0;
     for (const CNuLine* p : {&inner, &outer}) {

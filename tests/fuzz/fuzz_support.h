@@ -220,6 +220,12 @@ inline bool CollinearByRule(const CNuPointArray& points, double dTolerance) {
     return Attempt([&] { n = numorix::CNuGeometry::AreCollinear(points, &v, dTolerance); }) && n != 0;
 }
 
+// The slack of a containment check where the fit gave a line's answer (collinear by the rule):
+// such points need only lie within 5 tolerances of a line, and a few more of the fitted one.
+inline Real LineAnswerSlack(double dTolerance, const CNuPointArray& points) {
+    return Slack(dTolerance, points) + (dTolerance > 0.0 ? 10.0L * dTolerance : 0.0L);
+}
+
 // Runs fit(); true when it gave a result. A refusal must be one of the library's exceptions, and a
 // NaN or infinite coordinate must be refused as such (stored 214 naming the first bad point),
 // unless the iteration limit was refused first (bLimitFirst). A result is never non-finite data's.

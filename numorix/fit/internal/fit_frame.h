@@ -138,6 +138,17 @@ void CleanDirection(CNuVector* pDirection);
 // singular values into pW (size 3), the right singular vectors into the columns of pV (3 by 3).
 void CentredSvd(const CNuPointArray& points, const CNuPoint& mean, CNuVector* pW, CNuMatrix* pV);
 
+// Whether the points really lie on one line, as the answer a fit gives for collinear points
+// assumes: every point within 5 max(dTolerance, 0), plus 2^-40 of the largest coordinate for
+// rounding, of the line through a (the point farthest from point 0) and b (the point farthest from
+// a). The collinearity test of the geometry kernel compares cross products with the tolerance
+// unscaled, so when its first direction joins two points about a tolerance apart every cross
+// product is small and a triangle passes as a line. If all points lie within t of some line, a
+// and b do, |ab| is at least half the diameter D, and line ab strays from that line by at most
+// 2t D / |ab| <= 4t over the data: hence the factor 5. A distance that is not a finite number
+// (differences that overflow) leaves the verdict to the collinearity test.
+bool OnOneLine(const CNuPointArray& points, double dTolerance);
+
 // Column j of a 3 by 3 matrix as a vector of size 3.
 CNuVector Column3(const CNuMatrix& m, int j);
 
