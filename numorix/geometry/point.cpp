@@ -48,8 +48,10 @@ bool Vanishes(double dx, double dy, double dz) {
     throw CNuOperationException(45, "calculation", pszLocation);
 }
 
-// A point seen from a cone: h along the unit axis a from the apex, r >= 0 across it (0 where
-// rounding makes the square negative), and the semi-angle in radians.
+// A point seen from a cone: h along the unit axis a from the apex, r >= 0 across it, and the
+// semi-angle in radians. r is sqrt(w . w - h^2) for w = p - apex (0 where rounding makes the
+// square negative), as the distance and the side measure it, or with bAccurate |w x a|, which
+// keeps its digits near the axis, where the difference of squares leaves sqrt(eps |w|^2).
 struct SConeView {
     CNuPoint apex;
     CNuVector axis;
@@ -58,7 +60,7 @@ struct SConeView {
     double dAlpha;
 };
 
-SConeView ViewFromCone(const CNuPoint& p, const CNuConSurf& cone) {
+SConeView ViewFromCone(const CNuPoint& p, const CNuConSurf& cone, bool bAccurate = false) {
     SConeView v;
     cone.GetData(&v.dAlpha, &v.apex, &v.axis);
     v.dAlpha = Nu_PI * v.dAlpha * 0.005555555555555556;
@@ -68,13 +70,17 @@ SConeView ViewFromCone(const CNuPoint& p, const CNuConSurf& cone) {
     v.h = OffsetDot(p, v.apex, v.axis);
     double dSquare = dx * dx + dy * dy + dz * dz - v.h * v.h;
     v.r = dSquare > 0.0 ? std::sqrt(dSquare) : 0.0;
+    if (bAccurate) v.r = (CNuVector(dx, dy, dz) * v.axis).Magnitude();
     return v;
 }
 
 // The unit direction from the axis towards p, across the axis; OrthonormalX of the axis when p
-// lies on it (no part across above NuGetZero()).
+// lies on it (no part across above NuGetZero()). The part across is taken off the axis twice: for
+// a point on the axis up to rounding, what is left after once is rounding, as much along the axis
+// as across it.
 CNuVector Across(const CNuPoint& p, const SConeView& v) {
     CNuVector across = (p - v.apex).To3DVector() - v.axis * v.h;
+    across = across - v.axis * (across % v.axis);
     if (across.Magnitude() > NuGetZero()) {
         across.Normalise();
     } else {
@@ -351,7 +357,7 @@ CNuPoint CNuPoint::ProjectionOn(const CNuSurface& surface) const {
             // d = r cos(alpha) - h sin(alpha) away along the inward normal
             // sin(alpha) a - cos(alpha) e, e the direction across the axis towards the point;
             // the cosine is taken as the sine over the tangent.
-            SConeView v = ViewFromCone(*this, static_cast<const CNuConSurf&>(surface));
+            SConeView v = ViewFromCone(*this, static_cast<const CNuConSurf&>(surface), true);
             if (v.h < 0.0) {
                 v.axis = -v.axis;
                 v.h = -v.h;
@@ -370,7 +376,7 @@ CNuPoint CNuPoint::ProjectionOn(const CNuSurface& surface) const {
 
 CNuObjArray CNuPoint::ProjectionOnCone(CNuConSurf& cone) const {
     CNuObjArray feet;
-    SConeView v = ViewFromCone(*this, cone);
+    SConeView v = ViewFromCone(*this, cone, true);
     double dLength = std::sqrt(v.h * v.h + v.r * v.r);
     double dDegrees = cone.GetSemiAngle();
     double c = std::cos(v.dAlpha);
