@@ -1,7 +1,7 @@
 // numorix-fit: fits a geometric element to measured points by every criterion the library has
 // for it, and prints the results as a table or as JSON.
 //
-//   numorix-fit --element line|plane|circle|cylinder [--json] [--tolerance T]
+//   numorix-fit --element line|plane|circle|cylinder|cone [--json] [--tolerance T]
 //               [--max-iterations N] FILE
 //
 // The point file holds one point per line, "x y z" or "x,y,z"; two columns mean z = 0. Text after
@@ -45,6 +45,7 @@ struct Result {
     std::optional<CNuPoint> location;   // a point of a line or plane, a centre
     std::optional<CNuPoint> direction;  // direction of a line, normal of a plane or circle
     std::optional<double> dRadius;
+    std::optional<double> dSemiAngle;  // of a cone, degrees
     std::optional<double> dForm;
     std::optional<double> dSumSquares;
     std::optional<double> dZone;
@@ -58,7 +59,7 @@ struct Result {
 
 void Usage() {
     std::fprintf(stderr,
-                 "usage: numorix-fit --element line|plane|circle|cylinder [--json] [--tolerance T] "
+                 "usage: numorix-fit --element line|plane|circle|cylinder|cone [--json] [--tolerance T] "
                  "[--max-iterations N] FILE\n");
     std::exit(2);
 }
@@ -264,6 +265,23 @@ std::vector<Result> FitCylinder(const CNuPointArray& points, const Options& o) {
     return results;
 }
 
+// The cone by least squares; its location is the apex, its direction the axis into the opening.
+std::vector<Result> FitCone(const CNuPointArray& points, const Options& o) {
+    std::vector<Result> results;
+    results.push_back(Attempt("least squares", o.dTolerance, [&](Result& r) {
+        numorix::CNuConSurf cone(45.0);
+        double dForm = 0.0;
+        double dSumSquares = 0.0;
+        cone.Fit(points, &dForm, &dSumSquares, o.lMaxIterations);
+        r.location = cone.GetApex();
+        r.direction = AsPoint(cone.GetAxisDirection());
+        r.dSemiAngle = cone.GetSemiAngle();
+        r.dForm = dForm;
+        r.dSumSquares = dSumSquares;
+    }));
+    return results;
+}
+
 std::string Number(const std::optional<double>& d) {
     if (!d) return "-";
     char sz[64];
@@ -287,17 +305,20 @@ void PrintTable(const Options& o, int nPoints, const std::vector<Result>& result
                 o.sElement.c_str(), nPoints, o.sFile.c_str(), o.dTolerance, o.lMaxIterations);
     const char* pszDirection = o.sElement == "line"       ? "direction"
                                : o.sElement == "cylinder" ? "axis"
+                               : o.sElement == "cone"     ? "axis"
                                                           : "normal";
     for (const Result& r : results) {
         std::printf("%s: %s", r.sCriterion.c_str(), r.sStatus.c_str());
         std::printf("  (%.3f ms)\n", r.dMilliseconds);
         if (!r.sMessage.empty()) std::printf("  %s\n", r.sMessage.c_str());
         if (r.location) {
-            std::printf("  %-15s %s\n", o.sElement == "circle" ? "centre" : "point",
+            std::printf("  %-15s %s\n",
+                        o.sElement == "circle" ? "centre" : o.sElement == "cone" ? "apex" : "point",
                         Triple(r.location).c_str());
         }
         if (r.direction) std::printf("  %-15s %s\n", pszDirection, Triple(r.direction).c_str());
         if (r.dRadius) std::printf("  %-15s %s\n", "radius", Number(r.dRadius).c_str());
+        if (r.dSemiAngle) std::printf("  %-15s %s\n", "semi-angle", Number(r.dSemiAngle).c_str());
         if (r.dForm) std::printf("  %-15s %s\n", "form error", Number(r.dForm).c_str());
         if (r.dSumSquares) {
             std::printf("  %-15s %s\n", "sum of squares", Number(r.dSumSquares).c_str());
@@ -339,6 +360,7 @@ void PrintJson(const Options& o, int nPoints, const std::vector<Result>& results
         if (r.location) std::printf(", \"location\": %s", JsonTriple(*r.location).c_str());
         if (r.direction) std::printf(", \"direction\": %s", JsonTriple(*r.direction).c_str());
         if (r.dRadius) std::printf(", \"radius\": %.17g", *r.dRadius);
+        if (r.dSemiAngle) std::printf(", \"semiAngle\": %.17g", *r.dSemiAngle);
         if (r.dForm) std::printf(", \"form\": %.17g", *r.dForm);
         if (r.dSumSquares) std::printf(", \"sumSquares\": %.17g", *r.dSumSquares);
         if (r.dZone) std::printf(", \"zone\": %.17g", *r.dZone);
@@ -361,8 +383,10 @@ int main(int argc, char** argv) {
         fit = FitCircle;
     } else if (options.sElement == "cylinder") {
         fit = FitCylinder;
+    } else if (options.sElement == "cone") {
+        fit = FitCone;
     } else {
-        Fail("unknown element '" + options.sElement + "' (line, plane, circle, cylinder)");
+        Fail("unknown element '" + options.sElement + "' (line, plane, circle, cylinder, cone)");
     }
     CNuPointArray points;
     try {

@@ -31,6 +31,7 @@
 #include "numorix/linalg/linear_equ_sys.h"
 #include "numorix/linalg/matrix.h"
 #include "numorix/linalg/vector.h"
+#include "numorix/surfaces/con_surf.h"
 #include "numorix/surfaces/cyl_surf.h"
 #include "numorix/surfaces/surface.h"
 

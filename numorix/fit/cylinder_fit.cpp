@@ -193,15 +193,7 @@ void CNuCylSurf::Fit(const CNuPointArray& points, long lMaxIterations) {
     }
 
     // An axis along z, then y, then x (within NuGetTol()^2) becomes that axis; its sign stays.
-    double* pdA = a.GetData();
-    double dSnap = dTol * dTol;
-    for (int k = 2; k >= 0; --k) {
-        if (std::fabs(std::fabs(pdA[k]) - 1.0) < dSnap) {
-            pdA[(k + 1) % 3] = 0.0;
-            pdA[(k + 2) % 3] = 0.0;
-            break;
-        }
-    }
+    fit::SnapAxis(&a);
 
     m_dRadius = best.dRadius;
     CNuVector xAxis;

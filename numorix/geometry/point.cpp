@@ -9,12 +9,14 @@
 #include "numorix/curves/hyperbola.h"
 #include "numorix/curves/parabola.h"
 #include "numorix/foundation/exception.h"
+#include "numorix/foundation/obj_array.h"
 #include "numorix/foundation/scalar.h"
 #include "numorix/foundation/tolerance.h"
 #include "numorix/geometry/line.h"
 #include "numorix/geometry/plane.h"
 #include "numorix/linalg/matrix.h"
 #include "numorix/linalg/vector.h"
+#include "numorix/surfaces/con_surf.h"
 #include "numorix/surfaces/surface.h"
 
 namespace numorix {
@@ -44,6 +46,48 @@ bool Vanishes(double dx, double dy, double dz) {
 // Curves and surfaces whose classes this build does not carry are refused as unsupported.
 [[noreturn]] void Unsupported(const char* pszLocation) {
     throw CNuOperationException(45, "calculation", pszLocation);
+}
+
+// A point seen from a cone: h along the unit axis a from the apex, r >= 0 across it, and the
+// semi-angle in radians. r is sqrt(w . w - h^2) for w = p - apex (0 where rounding makes the
+// square negative), as the distance and the side measure it, or with bAccurate |w x a|, which
+// keeps its digits near the axis, where the difference of squares leaves sqrt(eps |w|^2).
+struct SConeView {
+    CNuPoint apex;
+    CNuVector axis;
+    double h;
+    double r;
+    double dAlpha;
+};
+
+SConeView ViewFromCone(const CNuPoint& p, const CNuConSurf& cone, bool bAccurate = false) {
+    SConeView v;
+    cone.GetData(&v.dAlpha, &v.apex, &v.axis);
+    v.dAlpha = Nu_PI * v.dAlpha * 0.005555555555555556;
+    double dx = p.x() - v.apex.x();
+    double dy = p.y() - v.apex.y();
+    double dz = p.z() - v.apex.z();
+    v.h = OffsetDot(p, v.apex, v.axis);
+    double dSquare = dx * dx + dy * dy + dz * dz - v.h * v.h;
+    v.r = dSquare > 0.0 ? std::sqrt(dSquare) : 0.0;
+    if (bAccurate) v.r = (CNuVector(dx, dy, dz) * v.axis).Magnitude();
+    return v;
+}
+
+// The unit direction from the axis towards p, across the axis; OrthonormalX of the axis when p
+// lies on it (no part across above NuGetZero()). The part across is taken off the axis twice: for
+// a point on the axis up to rounding, what is left after once is rounding, as much along the axis
+// as across it.
+CNuVector Across(const CNuPoint& p, const SConeView& v) {
+    CNuVector across = (p - v.apex).To3DVector() - v.axis * v.h;
+    across = across - v.axis * (across % v.axis);
+    if (across.Magnitude() > NuGetZero()) {
+        across.Normalise();
+    } else {
+        CNuVector axis(v.axis);
+        axis.OrthonormalX(&across);
+    }
+    return across;
 }
 
 // A point farther than dTol from a curve's plane is refused.
@@ -283,8 +327,18 @@ double CNuPoint::DistanceTo(const CNuCurve& curve) const {
 }
 
 double CNuPoint::DistanceTo(const CNuSurface& surface) const {
-    static_cast<void>(surface.GetType());
-    Unsupported("CNuPoint::DistanceTo()");
+    switch (surface.GetType()) {
+        case eTypeConSurf: {
+            // Measured from the apex: |r cos(alpha) - h sin(alpha)|.
+            SConeView v = ViewFromCone(*this, static_cast<const CNuConSurf&>(surface));
+            double dCos = 0.0;
+            double dSin = 0.0;
+            NuCosSin(v.dAlpha, &dCos, &dSin);
+            return std::fabs(v.r * dCos - v.h * dSin);
+        }
+        default:
+            Unsupported("CNuPoint::DistanceTo()");
+    }
 }
 
 CNuPoint CNuPoint::ProjectionOn(const CNuLine& line) const { return Foot(*this, line); }
@@ -296,8 +350,85 @@ CNuPoint CNuPoint::ProjectionOn(const CNuPlane& plane) const {
 }
 
 CNuPoint CNuPoint::ProjectionOn(const CNuSurface& surface) const {
-    static_cast<void>(surface.GetType());
-    Unsupported("CNuPoint::ProjectionOn(CNuSurface)");
+    switch (surface.GetType()) {
+        case eTypeConSurf: {
+            // Behind the apex the other nappe is the near one: the axis turns round. The foot
+            // lies on the generator in the half-plane of the point, the signed distance
+            // d = r cos(alpha) - h sin(alpha) away along the inward normal
+            // sin(alpha) a - cos(alpha) e, e the direction across the axis towards the point;
+            // the cosine is taken as the sine over the tangent.
+            SConeView v = ViewFromCone(*this, static_cast<const CNuConSurf&>(surface), true);
+            if (v.h < 0.0) {
+                v.axis = -v.axis;
+                v.h = -v.h;
+            }
+            double dSin = std::sin(v.dAlpha);
+            double dCos = dSin / std::tan(v.dAlpha);
+            CNuVector across = Across(*this, v);
+            double d = v.r * dCos - v.h * dSin;
+            CNuVector inward = v.axis * dSin - across * dCos;
+            return *this + (inward * d).To3DPoint();
+        }
+        default:
+            Unsupported("CNuPoint::ProjectionOn(CNuSurface)");
+    }
+}
+
+CNuObjArray CNuPoint::ProjectionOnCone(CNuConSurf& cone) const {
+    CNuObjArray feet;
+    SConeView v = ViewFromCone(*this, cone, true);
+    double dLength = std::sqrt(v.h * v.h + v.r * v.r);
+    double dDegrees = cone.GetSemiAngle();
+    double c = std::cos(v.dAlpha);
+    double s = std::sin(v.dAlpha);
+    if (!(dLength > NuGetZero())) {
+        // The apex itself.
+        feet.Add(new CNuPoint(v.apex));
+        return feet;
+    }
+    // The angle between the point's direction and the axis, in degrees.
+    double dCosAngle = v.h / dLength;
+    if (dCosAngle > 1.0) dCosAngle = 1.0;
+    if (dCosAngle < -1.0) dCosAngle = -1.0;
+    double dAngle = std::acos(dCosAngle) * 180.0 / Nu_PI;
+    CNuVector across = Across(*this, v);
+    // The foot on the generator (sign * cos(alpha) a + sin(alpha) e) of the nappe in front
+    // (sign 1) or behind the apex (sign -1), held at the apex when the point is beyond it.
+    auto foot = [&](double dSign) {
+        CNuVector g = v.axis * (dSign * c) + across * s;
+        double dAlong = dSign * v.h * c + v.r * s;
+        if (dAlong < 0.0) dAlong = 0.0;
+        return v.apex + (g * dAlong).To3DPoint();
+    };
+    if (std::fabs(dAngle) < NuGetZero() || std::fabs(dAngle - 180.0) < 1e-10) {
+        // On the axis every generator is as near: the feet form a circle, and one of them, at
+        // the distance |h| sin(alpha) from the point, stands for it.
+        feet.Add(new CNuPoint(foot(v.h < 0.0 ? -1.0 : 1.0)));
+        return feet;
+    }
+    if (std::fabs(dAngle - dDegrees) < 1e-05) {
+        feet.Add(new CNuPoint(foot(1.0)));
+        return feet;
+    }
+    if (std::fabs(dAngle - (180.0 - dDegrees)) < 1e-05) {
+        feet.Add(new CNuPoint(foot(-1.0)));
+        return feet;
+    }
+    // Otherwise the nearer of the feet on the two nappes, both when they are as near.
+    CNuPoint candidates[2] = {foot(1.0), foot(-1.0)};
+    double adDistance[2] = {DistanceTo(candidates[0]), DistanceTo(candidates[1])};
+    double dNearest = 1e+300;
+    int nNearest = 0;
+    for (int k = 0; k < 2; ++k) {
+        if (adDistance[k] < dNearest) {
+            dNearest = adDistance[k];
+            nNearest = k;
+        }
+    }
+    feet.Add(new CNuPoint(candidates[nNearest]));
+    if (std::fabs(adDistance[1 - nNearest] - dNearest) < NuGetLengthTol())
+        feet.Add(new CNuPoint(candidates[1 - nNearest]));
+    return feet;
 }
 
 CNuGeometry::ELineSideType CNuPoint::LineSide(const CNuLine& line, double dTol) const {
@@ -378,8 +509,15 @@ CNuGeometry::ESurfaceSideType CNuPoint::SurfaceSide(const CNuGeometry& surface, 
             if (dTol > std::fabs(dOffset)) return eSurfaceSideOn;
             return dOffset <= 0.0 ? eSurfaceSideInner : eSurfaceSideOuter;
         }
+        case eTypeConSurf: {
+            // Inside when the distance from the axis is at most h tan(alpha).
+            SConeView v = ViewFromCone(*this, static_cast<const CNuConSurf&>(surface));
+            double dInside = v.h * std::tan(v.dAlpha);
+            if (dTol > std::fabs(v.r - dInside)) return eSurfaceSideOn;
+            return v.r <= dInside ? eSurfaceSideInner : eSurfaceSideOuter;
+        }
         default:
-            // Cylinders, cones and spheres are not part of the library yet.
+            // Cylinders and spheres are not part of the library yet.
             Unsupported("CNuPoint::SurfaceSide()");
     }
 }

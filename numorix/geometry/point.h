@@ -16,7 +16,9 @@
 
 namespace numorix {
 
+class CNuConSurf;
 class CNuCurve;
+class CNuObjArray;
 class CNuLine;
 class CNuNonLinearGeometry;
 class CNuPlane;
@@ -84,6 +86,10 @@ class CNuPoint : public CNuGeometry {
     CNuPoint ProjectionOn(const CNuLine& line) const;
     CNuPoint ProjectionOn(const CNuPlane& plane) const;
     CNuPoint ProjectionOn(const CNuSurface& surface) const;
+    // The nearest points of the cone (both nappes) as one or two new CNuPoint objects, which the
+    // caller deletes: two when the point is as near to both nappes within NuGetLengthTol(); one
+    // foot in a chosen direction for a point on the axis, whose feet form a circle.
+    CNuObjArray ProjectionOnCone(CNuConSurf& cone) const;
 
     // 2 on the line within dTol; else 0 when (direction x (p - foot)) lies within 90 degrees of
     // ref, 1 beyond. The two-argument form uses ref = (0, 0, 1).

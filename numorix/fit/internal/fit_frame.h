@@ -14,6 +14,7 @@
 //                              reaching the limit, even in a converging last iteration, is 212
 //   CleanDirection             components below NuGetTol() become 0, then the largest component
 //                              (first of equals) is made positive
+//   SnapAxis                   an axis within NuGetTol()^2 of a coordinate axis becomes that axis
 //   CentredSvd                 the SVD of the n by 3 matrix of points less their mean, whose right
 //                              singular vectors give the directions of the line and plane fits
 #ifndef NUMORIX_FIT_INTERNAL_FIT_FRAME_H
@@ -133,6 +134,22 @@ long GaussNewton(long lMaxIterations, const char* pszLocation, CNuMatrix& J, CNu
 
 // Sign cleaning of a fitted direction of size 3.
 void CleanDirection(CNuVector* pDirection);
+
+// The snapping of a fitted axis (cylinder, cone): the components are tested in the order z, y, x,
+// and the first whose magnitude lies within NuGetTol()^2 of 1 keeps its value while the two others
+// become 0. The sign is left as it stands.
+inline void SnapAxis(CNuVector* pAxis) {
+    double* pdA = pAxis->GetData();
+    double dTol = NuGetTol();
+    double dSnap = dTol * dTol;
+    for (int k = 2; k >= 0; --k) {
+        if (std::fabs(std::fabs(pdA[k]) - 1.0) < dSnap) {
+            pdA[(k + 1) % 3] = 0.0;
+            pdA[(k + 2) % 3] = 0.0;
+            return;
+        }
+    }
+}
 
 // The SVD A = U diag(w) V^T of the n by 3 matrix A whose rows are the points less the mean: the
 // singular values into pW (size 3), the right singular vectors into the columns of pV (3 by 3).
