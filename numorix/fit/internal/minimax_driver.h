@@ -1,0 +1,72 @@
+// mzconp: the Chebyshev driver of the cone zone and the torus tube (private to the fit sources).
+//
+// A parametric element is seen through a model: for the present parameters, every point's signed
+// distance d_i from the element and its gradient g_i in a step of the parameters. The driver
+// minimises the largest |d_i|, the half width h of the zone, by successive linear programmes in
+// the unknowns
+//   (step_0 .. step_{p-1}, h, 1)
+// where the last slot is the homogeneous coordinate of the rows: each row of the linearisation
+// is a row of coefficients times that vector, the distance itself in the last column. The slot
+// starts at 1.0 and is pinned there, which turns the last column into the right-hand side; it
+// keeps the rows in one matrix with the distances beside their gradients.
+//
+// A pass: the points within `level` of the active bounds (d_i >= h - level on the outer side,
+// -d_i >= h - level on the inner) enter as rows
+//   outer   g_i . step - h + d_i * 1 <= 0
+//   inner  -g_i . step - h - d_i * 1 <= 0
+// and the programme  min |h|  under them is solved by acm552m. A point left out whose
+// linearised distance the step would carry past h joins and the programme is solved again, so the
+// step is that of all points. A row whose multiplier comes back negative (beyond rounding: below
+// -1e-12, the multipliers summing to 1) leaves and the programme is solved again.
+//
+// The step is bounded: |step_j| Scale(j) <= radius, two inequality rows per parameter. Without a
+// bound the linear programme of a few active points is unbounded or ill-posed (its minimum lies
+// at infinity as soon as fewer than p + 1 points support it), and even when bounded it trusts the
+// linearisation far outside its range. The radius is a trust region: the step is kept when the
+// true half width falls by at least a hundredth of what the programme predicted, and the radius
+// doubles when the prediction held (three quarters) at the bound; otherwise the step is refused
+// and the radius becomes a quarter of the step. Near a solution supported by p + 1 points the
+// steps are Newton steps, and the bound no longer acts.
+//
+// Level: after each kept step it falls by  level = 10^((3 log10(level) + log10(tiny)) / 4);
+// below 10 tiny it is tiny. The run ends when a step is below the level and the level is tiny,
+// or when the programme predicts no gain above a thousandth of tiny. A pass is one solve of the
+// programme with its additions and removals; ten passes per unknown (p + 2 of them), then stored
+// 212. A programme that is not solved is stored 211. Both are located at pszLocation; failures of
+// the driver's arrays are stored 103 located "CNuConSurf::FitMinZone()::mzconp()".
+//
+// The half width returned is the largest |d_i| over all points at the final parameters, so the
+// zone holds every point.
+#ifndef NUMORIX_FIT_INTERNAL_MINIMAX_DRIVER_H
+#define NUMORIX_FIT_INTERNAL_MINIMAX_DRIVER_H
+
+namespace numorix {
+namespace fit {
+
+class CMinimaxModel {
+  public:
+    virtual ~CMinimaxModel() = default;
+    virtual int Parameters() const = 0;
+    virtual int Points() const = 0;
+    // The distance moved by a point of the element under a unit step of parameter j (1 for a
+    // length, the radius for an angle).
+    virtual double Scale(int j) const = 0;
+    // At the present parameters moved by pdStep (null: unmoved): the signed distance of every
+    // point into pdDistance, and, if pdGradient is not null, its gradient in the step, row-major,
+    // Points() rows of Parameters().
+    virtual void Evaluate(const double* pdStep, double* pdDistance, double* pdGradient) = 0;
+    // The present parameters become those moved by pdStep.
+    virtual void Move(const double* pdStep) = 0;
+};
+
+struct SMinimaxResult {
+    double dHalfWidth = 0.0;
+    int nPasses = 0;
+};
+
+SMinimaxResult mzconp(CMinimaxModel& model, double dLevel, double dTiny, const char* pszLocation);
+
+}  // namespace fit
+}  // namespace numorix
+
+#endif  // NUMORIX_FIT_INTERNAL_MINIMAX_DRIVER_H
