@@ -51,8 +51,10 @@ double LowerLevel(double dLevel, double dTiny) {
 SMinimaxResult mzconp(CMinimaxModel& model, double dLevel, double dTiny, const char* pszLocation) {
     const int p = model.Parameters();
     const int n = model.Points();
+    const int k = model.Components();
     if (p < 1) throw CNuOperationException(3, "operation", kArrays, 1, p);
     if (n < 1) throw CNuOperationException(3, "operation", kArrays, 1, n);
+    if (k < 1) throw CNuOperationException(3, "operation", kArrays, 1, k);
     const int nUnknowns = p + 2;
     const int nH = p;
     const int nSlot = p + 1;
@@ -62,15 +64,29 @@ SMinimaxResult mzconp(CMinimaxModel& model, double dLevel, double dTiny, const c
     for (int j = 0; j < p; ++j)
         scale[j] = model.Scale(j);
 
-    std::vector<double> d(n), g(static_cast<size_t>(n) * p), trial(n);
-    model.Evaluate(nullptr, d.data(), g.data());
+    // Values (n k), Jacobian (n k p), distances (n).
+    std::vector<double> value(static_cast<size_t>(n) * k), jac(static_cast<size_t>(n) * k * p);
+    std::vector<double> trialValue(value.size()), d(n), trial(n);
+    auto distances = [&](const std::vector<double>& v, std::vector<double>* pD) {
+        for (int i = 0; i < n; ++i) {
+            if (k == 1) {
+                (*pD)[i] = v[i];
+            } else {
+                double s = 0.0;
+                for (int c = 0; c < k; ++c)
+                    s += v[static_cast<size_t>(i) * k + c] * v[static_cast<size_t>(i) * k + c];
+                (*pD)[i] = std::sqrt(s);
+            }
+        }
+    };
+    model.Evaluate(nullptr, value.data(), jac.data());
+    distances(value, &d);
     double h = LargestAbs(d);
     if (!std::isfinite(h)) throw CNuBestfitException(11, pszLocation);
     double level = dLevel < dTiny ? dTiny : dLevel;
     double radius = std::max(h, 10.0 * dTiny);
     const double dNegligible = 1e-3 * dTiny;
 
-    // Rows of the programme: 1 objective row, the point rows, 2 p bounds.
     std::vector<double> objective(nUnknowns, 0.0);
     objective[nH] = 1.0;
     const double* ppA[1] = {objective.data()};
@@ -80,52 +96,76 @@ SMinimaxResult mzconp(CMinimaxModel& model, double dLevel, double dTiny, const c
     pinned[nSlot] = 1;
     pinnedValue[nSlot] = 1.0;
 
-    // Membership per point and side: 0 out, 1 in, 2 barred for this pass (negative multiplier).
-    std::vector<char> outer(n), inner(n);
+    // The rows of the present pass: the first p + 2 of each are the coefficients of the
+    // unknowns (step, h, slot); tag = point * 2 + side for a point's row, -1 for a bound.
     std::vector<double> rowStore;
+    std::vector<int> rowTag;
     std::vector<const double*> rows;
     std::vector<double> right;
-    std::vector<int> rowPoint;  // point index * 2 + side (0 outer, 1 inner); -1 for a bound
+    std::vector<char> barred(static_cast<size_t>(n) * 2);
+    std::vector<int> cuts(n);
+    const int nMaxCuts = 4 * p;
+
+    // The row v . (value_i + J_i step) - h <= 0 of point i along the direction v (k components);
+    // for one component v is the side +1 or -1.
+    auto addPointRow = [&](int i, int nSide, const double* pdV) {
+        for (int j = 0; j < p; ++j) {
+            double a = 0.0;
+            for (int c = 0; c < k; ++c)
+                a += pdV[c] * jac[(static_cast<size_t>(i) * k + c) * p + j];
+            rowStore.push_back(a);
+        }
+        rowStore.push_back(-1.0);
+        double a = 0.0;
+        for (int c = 0; c < k; ++c)
+            a += pdV[c] * value[static_cast<size_t>(i) * k + c];
+        rowStore.push_back(a);
+        right.push_back(0.0);
+        rowTag.push_back(2 * i + nSide);
+    };
+    auto predicted = [&](int i, int c, const std::vector<double>& x) {
+        double r = value[static_cast<size_t>(i) * k + c];
+        for (int j = 0; j < p; ++j)
+            r += jac[(static_cast<size_t>(i) * k + c) * p + j] * x[j];
+        return r;
+    };
 
     SMinimaxResult result;
-    std::vector<double> step(p);
+    std::vector<double> step(p), v(k);
     while (true) {
         if (result.nPasses >= lMaxPasses) throw CNuBestfitException(12, pszLocation);
         ++result.nPasses;
+        rowStore.clear();
+        rowTag.clear();
+        right.clear();
+        std::fill(barred.begin(), barred.end(), 0);
+        std::fill(cuts.begin(), cuts.end(), 0);
+        for (int j = 0; j < p; ++j) {
+            for (double dSign : {1.0, -1.0}) {
+                for (int c = 0; c < nUnknowns; ++c)
+                    rowStore.push_back(c == j ? dSign * scale[j] : 0.0);
+                right.push_back(radius);
+                rowTag.push_back(-1);
+            }
+        }
         for (int i = 0; i < n; ++i) {
-            outer[i] = d[i] >= h - level ? 1 : 0;
-            inner[i] = -d[i] >= h - level ? 1 : 0;
+            if (k == 1) {
+                double one = 1.0, minusOne = -1.0;
+                if (d[i] >= h - level) addPointRow(i, 0, &one);
+                if (-d[i] >= h - level) addPointRow(i, 1, &minusOne);
+            } else if (d[i] >= h - level && d[i] > 0.0) {
+                for (int c = 0; c < k; ++c)
+                    v[c] = value[static_cast<size_t>(i) * k + c] / d[i];
+                addPointRow(i, 0, v.data());
+                ++cuts[i];
+            }
         }
         SL1Result lp;
         while (true) {
-            rowStore.clear();
-            rowPoint.clear();
-            right.clear();
-            auto addRow = [&](int nTag, double dSign, int i) {
-                for (int j = 0; j < p; ++j)
-                    rowStore.push_back(dSign * g[static_cast<size_t>(i) * p + j]);
-                rowStore.push_back(-1.0);
-                rowStore.push_back(dSign * d[i]);
-                right.push_back(0.0);
-                rowPoint.push_back(nTag);
-            };
-            for (int i = 0; i < n; ++i) {
-                if (outer[i] == 1) addRow(2 * i, 1.0, i);
-                if (inner[i] == 1) addRow(2 * i + 1, -1.0, i);
-            }
-            for (int j = 0; j < p; ++j) {
-                for (double dSign : {1.0, -1.0}) {
-                    for (int k = 0; k < nUnknowns; ++k)
-                        rowStore.push_back(k == j ? dSign * scale[j] : 0.0);
-                    right.push_back(radius);
-                    rowPoint.push_back(-1);
-                }
-            }
             const int nRows = static_cast<int>(right.size());
             rows.resize(nRows);
-            for (int k = 0; k < nRows; ++k)
-                rows[k] = &rowStore[static_cast<size_t>(k) * nUnknowns];
-
+            for (int r = 0; r < nRows; ++r)
+                rows[r] = &rowStore[static_cast<size_t>(r) * nUnknowns];
             SL1Problem problem;
             problem.nUnknowns = nUnknowns;
             problem.nObjective = 1;
@@ -142,30 +182,53 @@ SMinimaxResult mzconp(CMinimaxModel& model, double dLevel, double dTiny, const c
             // A point row with a negative multiplier leaves, and the programme is solved again.
             int nWorst = -1;
             double dWorst = -1e-12;
-            for (int k = 0; k < nRows; ++k) {
-                if (rowPoint[k] >= 0 && lp.inequality[k] < dWorst) {
-                    dWorst = lp.inequality[k];
-                    nWorst = rowPoint[k];
+            for (int r = 0; r < nRows; ++r) {
+                if (rowTag[r] >= 0 && lp.inequality[r] < dWorst) {
+                    dWorst = lp.inequality[r];
+                    nWorst = r;
                 }
             }
             if (nWorst >= 0) {
-                (nWorst % 2 == 0 ? outer : inner)[nWorst / 2] = 2;
+                barred[rowTag[nWorst]] = 1;
+                rowStore.erase(rowStore.begin() + static_cast<long>(nWorst) * nUnknowns,
+                               rowStore.begin() + static_cast<long>(nWorst + 1) * nUnknowns);
+                rowTag.erase(rowTag.begin() + nWorst);
+                right.erase(right.begin() + nWorst);
                 continue;
             }
-            // Points left out that the step carries past the half width join.
+            // Points whose linearised distance the step carries past h join (one component: the
+            // side left out; several: a row along the predicted residual, up to 4 p per point).
             const double hStar = lp.x[nH];
             bool bAdded = false;
             for (int i = 0; i < n; ++i) {
-                double r = d[i];
-                for (int j = 0; j < p; ++j)
-                    r += g[static_cast<size_t>(i) * p + j] * lp.x[j];
-                if (outer[i] == 0 && r > hStar + dNegligible) {
-                    outer[i] = 1;
-                    bAdded = true;
-                }
-                if (inner[i] == 0 && -r > hStar + dNegligible) {
-                    inner[i] = 1;
-                    bAdded = true;
+                if (k == 1) {
+                    double r = predicted(i, 0, lp.x);
+                    for (int nSide = 0; nSide < 2; ++nSide) {
+                        double dSigned = nSide == 0 ? r : -r;
+                        if (dSigned > hStar + dNegligible && barred[2 * i + nSide] == 0) {
+                            bool bIn = false;
+                            for (int t : rowTag)
+                                bIn = bIn || t == 2 * i + nSide;
+                            if (bIn) continue;
+                            double sign = nSide == 0 ? 1.0 : -1.0;
+                            addPointRow(i, nSide, &sign);
+                            bAdded = true;
+                        }
+                    }
+                } else if (barred[2 * i] == 0 && cuts[i] < nMaxCuts) {
+                    double s = 0.0;
+                    for (int c = 0; c < k; ++c) {
+                        v[c] = predicted(i, c, lp.x);
+                        s += v[c] * v[c];
+                    }
+                    s = std::sqrt(s);
+                    if (s > hStar + dNegligible) {
+                        for (int c = 0; c < k; ++c)
+                            v[c] /= s;
+                        addPointRow(i, 0, v.data());
+                        ++cuts[i];
+                        bAdded = true;
+                    }
                 }
             }
             if (!bAdded) break;
@@ -179,12 +242,14 @@ SMinimaxResult mzconp(CMinimaxModel& model, double dLevel, double dTiny, const c
         const double dPredicted = h - lp.x[nH];
         if (!(dPredicted > dNegligible)) break;  // no step gains: a minimax point
 
-        model.Evaluate(step.data(), trial.data(), nullptr);
+        model.Evaluate(step.data(), trialValue.data(), nullptr);
+        distances(trialValue, &trial);
         const double hTrial = LargestAbs(trial);
         const double dActual = h - hTrial;
         if (std::isfinite(hTrial) && dActual > 0.01 * dPredicted) {
             model.Move(step.data());
-            model.Evaluate(nullptr, d.data(), g.data());
+            model.Evaluate(nullptr, value.data(), jac.data());
+            distances(value, &d);
             h = LargestAbs(d);
             if (!std::isfinite(h)) throw CNuBestfitException(11, pszLocation);
             if (dActual > 0.75 * dPredicted && dStep > 0.5 * radius) radius *= 2.0;

@@ -35,6 +35,15 @@
 // 212. A programme that is not solved is stored 211. Both are located at pszLocation; failures of
 // the driver's arrays are stored 103 located "CNuConSurf::FitMinZone()::mzconp()".
 //
+// Residual vectors. When the distance is the length of a smooth residual vector r_i (a point's
+// offset from a curve, in the plane normal to it), its linearisation alone loses the curvature
+// of the length: moving along a direction in which r_i has no component changes |r_i| only to
+// second order, the programme sees no cost in it, and its vertex solution runs to the step
+// bound there and back (progress by a fixed fraction per pass). The rows of such a point are
+// then cuts of the cone |r_i + J_i step| <= h: first along r_i (the linearised distance), then,
+// while the step's predicted residual is longer than h, along that predicted residual, up to
+// 4 p rows per point and pass.
+//
 // The half width returned is the largest |d_i| over all points at the final parameters, so the
 // zone holds every point.
 #ifndef NUMORIX_FIT_INTERNAL_MINIMAX_DRIVER_H
@@ -48,13 +57,17 @@ class CMinimaxModel {
     virtual ~CMinimaxModel() = default;
     virtual int Parameters() const = 0;
     virtual int Points() const = 0;
+    // 1: each point has a signed distance. More: each point has a residual vector of that many
+    // components whose length is its distance (never negative then).
+    virtual int Components() const { return 1; }
     // The distance moved by a point of the element under a unit step of parameter j (1 for a
     // length, the radius for an angle).
     virtual double Scale(int j) const = 0;
-    // At the present parameters moved by pdStep (null: unmoved): the signed distance of every
-    // point into pdDistance, and, if pdGradient is not null, its gradient in the step, row-major,
-    // Points() rows of Parameters().
-    virtual void Evaluate(const double* pdStep, double* pdDistance, double* pdGradient) = 0;
+    // At the present parameters moved by pdStep (null: unmoved): the signed distance or the
+    // residual vector of every point into pdValue (Points() x Components()), and, if pdJacobian
+    // is not null, their derivatives in the step, row-major (Points() x Components()) x
+    // Parameters().
+    virtual void Evaluate(const double* pdStep, double* pdValue, double* pdJacobian) = 0;
     // The present parameters become those moved by pdStep.
     virtual void Move(const double* pdStep) = 0;
 };
