@@ -1,7 +1,8 @@
 // The Chebyshev driver on models whose minimax is known from elsewhere in the library: the
 // minimum-zone circle in the plane (centre and radius: 3 parameters) against the exchange of
 // CNuCircle::FitMinZone, the zone of a line in the plane (angle and offset) against
-// CNuLine::FitMinZone; from starts near and far from the answer.
+// CNuLine::FitMinZone, the smallest enclosing circle (a residual vector per point) against
+// CNuCircle::FitMin; from starts near and far from the answer.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -186,6 +187,65 @@ TEST(MinimaxDriver, FindsTheZoneOfALineFromNearAndFarAngles) {
             EXPECT_NEAR(result.dHalfWidth, 0.5 * dZone, kAgreement * dReach)
                 << "passes " << result.nPasses;
         }
+    }
+}
+
+// P - c over points in the plane z = 0, a residual vector whose length is the distance from the
+// centre c = (cx, cy): the minimax is the smallest enclosing circle, often held by two points
+// only, where the linearised distances cannot fix the centre and the driver needs the cone of the
+// residuals.
+class CEnclosingModel : public fit::CMinimaxModel {
+  public:
+    CEnclosingModel(const CNuPointArray& points, double cx, double cy)
+        : m_points(points), m_q{cx, cy} {}
+    int Parameters() const override { return 2; }
+    int Points() const override { return m_points.GetSize(); }
+    int Components() const override { return 2; }
+    double Scale(int) const override { return 1.0; }
+    void Evaluate(const double* pdStep, double* pdValue, double* pdJacobian) override {
+        double cx = m_q[0] + (pdStep != nullptr ? pdStep[0] : 0.0);
+        double cy = m_q[1] + (pdStep != nullptr ? pdStep[1] : 0.0);
+        for (int i = 0; i < Points(); ++i) {
+            pdValue[2 * i] = m_points[i].x() - cx;
+            pdValue[2 * i + 1] = m_points[i].y() - cy;
+            if (pdJacobian != nullptr) {
+                double* pJ = pdJacobian + 4 * i;
+                pJ[0] = -1.0;
+                pJ[1] = 0.0;
+                pJ[2] = 0.0;
+                pJ[3] = -1.0;
+            }
+        }
+    }
+    void Move(const double* pdStep) override {
+        m_q[0] += pdStep[0];
+        m_q[1] += pdStep[1];
+    }
+
+  private:
+    CNuPointArray m_points;
+    double m_q[2];
+};
+
+TEST(MinimaxDriver, FindsTheSmallestEnclosingCircleAlsoWhenTwoPointsHoldIt) {
+    test::Random random;
+    for (int trial = 0; trial < 30; ++trial) {
+        // Odd trials: a long thin cloud whose two ends decide the circle.
+        const bool bTwo = trial % 2 == 1;
+        const int n = random.Integer(3, 40);
+        CNuPointArray points;
+        for (int i = 0; i < n; ++i)
+            points.Add(CNuPoint(random.Uniform(-10.0, 10.0) + 100.0,
+                                random.Uniform(-10.0, 10.0) * (bTwo ? 0.05 : 1.0) - 50.0, 0.0));
+        CNuCircle reference(1.0);
+        reference.FitMin(points, kReferenceTol);
+        const double R = reference.GetRadius();
+        SCOPED_TRACE("trial " + std::to_string(trial) + ", n " + std::to_string(n));
+        CEnclosingModel model(points, 100.0 + 0.3 * R, -50.0 - 0.2 * R);
+        const double dTiny = kTinyRelative * R;
+        fit::SMinimaxResult result = fit::mzconp(model, StartLevel(2.0 * R, dTiny), dTiny,
+                                                 "CNuTorSurf");
+        EXPECT_NEAR(result.dHalfWidth, R, kAgreement * R) << "passes " << result.nPasses;
     }
 }
 

@@ -108,6 +108,26 @@ TEST(TorusFit, PointsOnACircleGiveMinorRadiusZeroAndTheLeastSquaresCircle) {
     }
 }
 
+TEST(TorusFit, ASaddleRingRoundInItsPlaneIsATubeNotACircle) {
+    // (R cos t, R sin t, s cos 2t): the least-squares circle fits the points' projections exactly
+    // (form error 0) while they leave its plane by s; the thinnest tube is that circle with the
+    // minor radius s (a point at the height s at every turn of 90 degrees).
+    for (double s : {1e-3, 0.1, 2.0}) {
+        const double R = 10.0;
+        CNuPointArray points;
+        for (int i = 0; i < 24; ++i) {
+            double t = 2.0 * kPi * i / 24.0;
+            points.Add(CNuPoint(R * std::cos(t) + 500.0, R * std::sin(t), s * std::cos(2.0 * t)));
+        }
+        CNuCircle circle(1.0);
+        double dZone = 0.0;
+        circle.FitMinZone(points, &dZone, kTol, kLimit);
+        EXPECT_NEAR(dZone, 2.0 * s, kRounding) << "s " << s;
+        EXPECT_NEAR(circle.GetRadius(), R, kRounding) << "s " << s;
+        EXPECT_LE(Reach(points, Of(circle)), 0.5 * dZone + kRounding) << "s " << s;
+    }
+}
+
 struct SNoisy {
     const char* pszName;
     double dArc;         // radians covered
