@@ -275,11 +275,12 @@ class CTableau {
     std::vector<char> m_bForbidMinus;
 };
 
-void CheckBlock(int nRows, const double* const* ppRows, const double* pRight) {
+// Rows of no unknowns are never read, so their pointers may be null.
+void CheckBlock(int nRows, const double* const* ppRows, const double* pRight, int nUnknowns) {
     if (nRows < 0) throw CNuOperationException(3, "operation", kLocation, 0, 0);
     if (nRows > 0 && (ppRows == nullptr || pRight == nullptr))
         throw CNuOperationException(3, "operation", kLocation, 0, nRows - 1);
-    for (int k = 0; k < nRows; ++k)
+    for (int k = 0; k < nRows && nUnknowns > 0; ++k)
         if (ppRows[k] == nullptr) throw CNuOperationException(3, "operation", kLocation, 0, k);
 }
 
@@ -288,9 +289,9 @@ void CheckBlock(int nRows, const double* const* ppRows, const double* pRight) {
 SL1Result acm552m(const SL1Problem& problem) {
     const int n = problem.nUnknowns;
     if (n < 0) throw CNuOperationException(3, "operation", kLocation, 0, 0);
-    CheckBlock(problem.nObjective, problem.ppA, problem.pB);
-    CheckBlock(problem.nEquality, problem.ppC, problem.pD);
-    CheckBlock(problem.nInequality, problem.ppE, problem.pF);
+    CheckBlock(problem.nObjective, problem.ppA, problem.pB, n);
+    CheckBlock(problem.nEquality, problem.ppC, problem.pD, n);
+    CheckBlock(problem.nInequality, problem.ppE, problem.pF, n);
 
     SL1Result result;
     result.x.assign(n, 0.0);
