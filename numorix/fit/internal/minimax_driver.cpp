@@ -241,6 +241,9 @@ SMinimaxResult mzconp(CMinimaxModel& model, double dLevel, double dTiny, const c
         }
         const double dPredicted = h - lp.x[nH];
         if (!(dPredicted > dNegligible)) break;  // no step gains: a minimax point
+        // At the finest level a gain below ten times tiny is the last step tried: in a curved valley the
+        // steps creep on by less than the resolution per pass until the limit.
+        const bool bLast = !(level > dTiny) && dPredicted < 10.0 * dTiny;
 
         model.Evaluate(step.data(), trialValue.data(), nullptr);
         distances(trialValue, &trial);
@@ -257,7 +260,7 @@ SMinimaxResult mzconp(CMinimaxModel& model, double dLevel, double dTiny, const c
         } else {
             radius = dStep * 0.25;
         }
-        if (dStep < level && !(level > dTiny)) break;
+        if (bLast || (dStep < level && !(level > dTiny))) break;
     }
     result.dHalfWidth = h;
     return result;

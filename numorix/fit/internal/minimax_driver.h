@@ -30,7 +30,10 @@
 //
 // Level: after each kept step it falls by  level = 10^((3 log10(level) + log10(tiny)) / 4);
 // below 10 tiny it is tiny. The run ends when a step is below the level and the level is tiny,
-// or when the programme predicts no gain above a thousandth of tiny. A pass is one solve of the
+// when the programme predicts no gain above a thousandth of tiny, or, at the level tiny, after a
+// step whose predicted gain is below ten times tiny: in a valley that curves away from every step
+// the passes would otherwise creep on by about the resolution each until the limit (a tube 0.29
+// of its radius thick took all 80 passes at gains of 3e-13 on h = 1.6e-4). A pass is one solve of the
 // programme with its additions and removals; ten passes per unknown (p + 2 of them), then stored
 // 212. A programme that is not solved is stored 211. Both are located at pszLocation; failures of
 // the driver's arrays are stored 103 located "CNuConSurf::FitMinZone()::mzconp()".
