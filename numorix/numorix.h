@@ -34,5 +34,6 @@
 #include "numorix/surfaces/con_surf.h"
 #include "numorix/surfaces/cyl_surf.h"
 #include "numorix/surfaces/surface.h"
+#include "numorix/surfaces/tor_surf.h"
 
 #endif  // NUMORIX_NUMORIX_H

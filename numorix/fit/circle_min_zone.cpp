@@ -31,8 +31,9 @@
 // round, so a low limit still ends in 212.
 //
 // Collinear points have no unique annulus: the circle about the midpoint of the two extreme
-// points is taken. Points truly out of one plane belong to a torus, which this library does not
-// fit yet: stored 145.
+// points is taken. Points truly out of one plane (their plane's form error above 2 dTolerance)
+// have the zone of the thinnest torus tube about a circle in space that holds them: the circle
+// is the torus's central circle and the zone twice its minor radius.
 #include <algorithm>
 #include <atomic>
 #include <cmath>
@@ -45,6 +46,7 @@
 #include "numorix/geometry/geometry.h"
 #include "numorix/geometry/plane.h"
 #include "numorix/geometry/point_array.h"
+#include "numorix/surfaces/tor_surf.h"
 
 namespace numorix {
 
@@ -340,7 +342,13 @@ void CNuCircle::FitMinZone(const CNuPointArray& points, double* pdZone, double d
         plane.Fit(points, &dForm, &dSum);
         if (dTolerance * 2.0 < dForm) {
             // The zone of points in space is the minimum circumscribed torus.
-            throw CNuOperationException(45, "FitMinZone", "CNuCircle");
+            CNuTorSurf torus(1.0, 1.0);
+            torus.FitMin(points, dTolerance, lMaxIterations);
+            m_dRadius = torus.GetMajorRadius();
+            *pdZone = 2.0 * torus.GetMinorRadius();
+            CopyPosition(torus);
+            g_nTorusZone.store(1, std::memory_order_relaxed);
+            return;
         }
         CNuVector normal = plane.GetNormal();
         normal.OrthonormalX(&U);

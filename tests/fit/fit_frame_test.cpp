@@ -78,9 +78,10 @@ TEST(FitRefusals, EveryFitRefusesBadInputWithItsCauseLocationAndIndex) {
         {[&] { circle.FitMax(kDiagonal, 1e-9); }, 203, nullptr, "CNuCircle"},
         {[&] { circle.FitMin(kSaddle, 1e-3); }, 205, nullptr, "CNuCircle"},
     });
-    // The circle zone of points in space hands over to the torus fit, not yet offered.
-    test::ExpectFailures<CNuOperationException>({
-        {[&] { circle.FitMinZone(kTetra, &dZone, 1e-9, 10); }, 145, "FitMinZone", "CNuCircle"},
+    // The circle zone of points in space is a torus tube, which has no pair of circles.
+    test::ExpectFailures<CNuBestfitException>({
+        {[&] { circle.FitMinZone(kTetra, &dZone, &circle, &circle, 1e-9, 10); }, 205, nullptr,
+         "CNuCircle"},
     });
     // Every fit refuses a point with a NaN or infinite coordinate before it reads the points
     // otherwise: stored 214 at the fitted class with the index of the first bad point, whatever
