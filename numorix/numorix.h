@@ -32,6 +32,7 @@
 #include "numorix/linalg/matrix.h"
 #include "numorix/linalg/vector.h"
 #include "numorix/surfaces/cyl_surf.h"
+#include "numorix/surfaces/sph_surf.h"
 #include "numorix/surfaces/surface.h"
 
 #endif  // NUMORIX_NUMORIX_H

@@ -15,6 +15,7 @@
 #include "numorix/geometry/plane.h"
 #include "numorix/linalg/matrix.h"
 #include "numorix/linalg/vector.h"
+#include "numorix/surfaces/sph_surf.h"
 #include "numorix/surfaces/surface.h"
 
 namespace numorix {
@@ -283,8 +284,14 @@ double CNuPoint::DistanceTo(const CNuCurve& curve) const {
 }
 
 double CNuPoint::DistanceTo(const CNuSurface& surface) const {
-    static_cast<void>(surface.GetType());
-    Unsupported("CNuPoint::DistanceTo()");
+    switch (surface.GetType()) {
+        case eTypeSphSurf: {
+            const CNuSphSurf& sphere = static_cast<const CNuSphSurf&>(surface);
+            return std::fabs(DistanceTo(sphere.GetCentre()) - sphere.GetRadius());
+        }
+        default:
+            Unsupported("CNuPoint::DistanceTo()");
+    }
 }
 
 CNuPoint CNuPoint::ProjectionOn(const CNuLine& line) const { return Foot(*this, line); }
@@ -296,8 +303,18 @@ CNuPoint CNuPoint::ProjectionOn(const CNuPlane& plane) const {
 }
 
 CNuPoint CNuPoint::ProjectionOn(const CNuSurface& surface) const {
-    static_cast<void>(surface.GetType());
-    Unsupported("CNuPoint::ProjectionOn(CNuSurface)");
+    switch (surface.GetType()) {
+        case eTypeSphSurf: {
+            // Along the ray from the centre; a point at the centre has no ray and stays there.
+            const CNuSphSurf& sphere = static_cast<const CNuSphSurf&>(surface);
+            CNuPoint centre = sphere.GetCentre();
+            CNuVector direction = (*this - centre).To3DVector();
+            direction.Normalise();
+            return centre + (direction * sphere.GetRadius()).To3DPoint();
+        }
+        default:
+            Unsupported("CNuPoint::ProjectionOn(CNuSurface)");
+    }
 }
 
 CNuGeometry::ELineSideType CNuPoint::LineSide(const CNuLine& line, double dTol) const {
@@ -378,8 +395,14 @@ CNuGeometry::ESurfaceSideType CNuPoint::SurfaceSide(const CNuGeometry& surface, 
             if (dTol > std::fabs(dOffset)) return eSurfaceSideOn;
             return dOffset <= 0.0 ? eSurfaceSideInner : eSurfaceSideOuter;
         }
+        case eTypeSphSurf: {
+            const CNuSphSurf& sphere = static_cast<const CNuSphSurf&>(surface);
+            double dCentre = DistanceTo(sphere.GetCentre());
+            if (dTol > std::fabs(dCentre - sphere.GetRadius())) return eSurfaceSideOn;
+            return dCentre <= sphere.GetRadius() ? eSurfaceSideInner : eSurfaceSideOuter;
+        }
         default:
-            // Cylinders, cones and spheres are not part of the library yet.
+            // Cylinders and cones are not part of the library yet.
             Unsupported("CNuPoint::SurfaceSide()");
     }
 }

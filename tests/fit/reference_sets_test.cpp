@@ -1,10 +1,11 @@
 // The certified PTB TraCIM sets the library is validated on, held to PTB's acceptance limits:
-// least-squares lines, planes, circles and cylinders (b01-b25) and minimum-zone lines, circles,
-// planes and cylinders (C01-C26, C37-C50). Positions are distances from PTB's point to the fitted
+// least-squares lines, planes, circles, cylinders and spheres (b01-b25, b38-b44) and minimum-zone
+// lines, circles, planes and cylinders (C01-C26, C37-C50). Positions are distances from PTB's point to the fitted
 // line, plane, axis or centre, since the point on a line, plane or axis is arbitrary.
 #include "fit_test_support.h"
 #include "numorix/curves/circle.h"
 #include "numorix/surfaces/cyl_surf.h"
+#include "numorix/surfaces/sph_surf.h"
 
 namespace numorix {
 namespace {
@@ -103,6 +104,23 @@ TEST(ReferenceSets, EveryCertifiedLeastSquaresCylinderMeetsPtbLimits) {
 TEST(ReferenceSets, EveryCertifiedMinimumZoneCylinderMeetsPtbLimits) {
     if (test::RefDataDir().empty()) GTEST_SKIP() << "NUMORIX_REFDATA not set: no PTB data";
     ExpectCertifiedCylinders("ptb-tracim-chebyshev", "C", 37, 50);
+}
+
+// The answers of the least-squares spheres hold the centre and the radius.
+TEST(ReferenceSets, EveryCertifiedLeastSquaresSphereMeetsPtbLimits) {
+    if (test::RefDataDir().empty()) GTEST_SKIP() << "NUMORIX_REFDATA not set: no PTB data";
+    for (int k = 38; k <= 44; ++k) {
+        const std::string id = "b" + std::to_string(k);
+        CNuPointArray points;
+        std::vector<double> a;
+        if (!test::ReadTracimSet("ptb-tracim-gauss", id, 4, &points, &a))
+            GTEST_SKIP() << "PTB set " << id << " absent from " << test::RefDataDir();
+        CNuSphSurf sphere(1.0);
+        ASSERT_EQ(sphere.FitEx(points, 100), eNuFitOk) << id;
+        EXPECT_LT(test::Gap(sphere.GetCentre(), CNuPoint(a[0], a[1], a[2])), test::kPtbPosition)
+            << id;
+        EXPECT_NEAR(sphere.GetRadius(), a[3], test::kPtbPosition) << id;
+    }
 }
 
 }  // namespace
