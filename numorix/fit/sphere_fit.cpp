@@ -4,7 +4,8 @@
 //   objective  minimise sum (d_i - R)^2
 //   n = 4      the sphere through the four points: with s = x^2 + y^2 + z^2 and the 4 by 4
 //              determinants of the rows
-//                D0 (x, y, z, 1), D1 (s, y, z, 1), D2 (s, x, z, 1), D3 (s, x, y, 1), D4 (s, x, y, z)
+//                D0 (x, y, z, 1), D1 (s, y, z, 1), D2 (s, x, z, 1), D3 (s, x, y, 1), D4 (s, x, y,
+//                z)
 //              (expanding det [s x y z 1; s_i x_i y_i z_i 1] = 0 along its first row gives
 //              s D0 - x D1 + y D2 - z D3 + D4 = 0), the centre is (D1, -D2, D3) / (2 D0) and
 //              R = sqrt(D1^2 + D2^2 + D3^2 - 4 D0 D4) / (2 |D0|). When 2 D0 is below NuGetZero()
@@ -164,8 +165,8 @@ void CNuSphSurf::Fit(const CNuPointArray& points, double* pdForm, double* pdSumS
     double dLowest = dLarge;
     double dSum = 0.0;
     for (int i = 0; i < n; ++i) {
-        double r = fit::ScaledDistance(p[i].x() - c.x(), p[i].y() - c.y(), p[i].z() - c.z()) -
-                   m_dRadius;
+        double r =
+            fit::ScaledDistance(p[i].x() - c.x(), p[i].y() - c.y(), p[i].z() - c.z()) - m_dRadius;
         dSum += r * r;
         if (r > dHighest) dHighest = r;
         if (r < dLowest) dLowest = r;

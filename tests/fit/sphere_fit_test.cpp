@@ -23,8 +23,8 @@ constexpr double kAgreement = 1e-8;
 
 // n points on the sphere (centre, radius) within dCap radians of the frame's z axis, with
 // radial normal noise dNoise.
-CNuPointArray CapPoints(test::Random& rng, const test::Frame& f, double dRadius, int n,
-                        double dCap, double dNoise) {
+CNuPointArray CapPoints(test::Random& rng, const test::Frame& f, double dRadius, int n, double dCap,
+                        double dNoise) {
     CNuPointArray points(n);
     for (int i = 0; i < n; ++i) {
         double c = rng.Uniform(std::cos(dCap), 1.0), s = std::sqrt(1.0 - c * c);
@@ -56,7 +56,8 @@ TEST(SphSurf, ConstructorRefusesARadiusNotAboveZeroAndGivesCentreAndRadiusBack) 
 // The limit before anything, finiteness next, then 201 carrying 4 and 204 carrying 4.
 TEST(SphereFit, RefusesBadDataWithCauseLocationAndCarriedValueInOrder) {
     const CNuPointArray three = test::Points({{0, 0, 0}, {1, 0, 0}, {0, 1, 0}});
-    const CNuPointArray flat = test::Points({{0, 0, 1}, {1, 0, 1}, {1, 1, 1}, {0, 1, 1}, {3, 2, 1}});
+    const CNuPointArray flat =
+        test::Points({{0, 0, 1}, {1, 0, 1}, {1, 1, 1}, {0, 1, 1}, {3, 2, 1}});
     CNuPointArray bad = test::Points({{0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {0, 0, 1}});
     bad.GetData()[2] = CNuPoint(0, 0, HUGE_VAL);
     CNuSphSurf s(1.0);
@@ -101,13 +102,13 @@ TEST(SphereFit, AgreesWithAnIndependentOrthogonalFitOnPartialSpheresFarFromTheOr
     const struct {
         double dCapDegrees, dRadius, dNoise;
         int n;
-    } cases[] = {{30, 20, 1e-3, 40}, {60, 5, 1e-2, 25}, {90, 50, 1e-4, 200},
+    } cases[] = {{30, 20, 1e-3, 40},   {60, 5, 1e-2, 25}, {90, 50, 1e-4, 200},
                  {180, 12.5, 1e-3, 9}, {45, 1, 1e-5, 60}, {120, 300, 0.1, 100}};
     for (const auto& c : cases) {
         test::Frame f = test::RandomFrame(rng);
         f.origin = CNuPoint(1000, -800, 650) + f.origin;
-        CNuPointArray points = CapPoints(rng, f, c.dRadius, c.n, c.dCapDegrees * M_PI / 180.0,
-                                         c.dNoise);
+        CNuPointArray points =
+            CapPoints(rng, f, c.dRadius, c.n, c.dCapDegrees * M_PI / 180.0, c.dNoise);
         CNuSphSurf s(1.0);
         double dForm = -1.0, dSum = -1.0;
         ASSERT_NO_THROW(s.Fit(points, &dForm, &dSum, kIterations)) << "cap " << c.dCapDegrees;
@@ -134,9 +135,9 @@ TEST(SphereFit, NeedsOneIterationMoreThanTheLimitThatRaises212) {
     test::Frame f = test::RandomFrame(rng);
     CNuPointArray points = CapPoints(rng, f, 3.0, 30, 1.0, 1e-3);
     CNuSphSurf s(1.0);
-    long lLeast = test::ExpectLimitRule([&](long l) { s.Fit(points, l); },
-                                        [&](long l) { return s.FitEx(points, l); }, 50,
-                                        "CNuSphSurf");
+    long lLeast =
+        test::ExpectLimitRule([&](long l) { s.Fit(points, l); },
+                              [&](long l) { return s.FitEx(points, l); }, 50, "CNuSphSurf");
     EXPECT_GE(lLeast, 2);
 }
 
