@@ -17,9 +17,9 @@ constexpr long kIterations = 100;
 // The sphere through four points of size 100 by 4 by 4 determinants: the determinants reach
 // 1e8 and cancel to the radius, about 1e-16 relative each.
 constexpr double kFourPoints = 1e-9;
-// Least squares against the oracle: both stop at steps of about 1e-8 (|dC|^2 < NuGetTol()), from
-// which quadratic convergence leaves 1e-12 on coordinates of size 1e3.
-constexpr double kAgreement = 1e-8;
+// Least squares against the oracle: the loop stops on a centre step below sqrt(NuGetTol()) = 2.1e-8
+// and does not take it; on a narrow cap the radius moves with the centre.
+constexpr double kAgreement = 5e-8;
 
 // n points on the sphere (centre, radius) within dCap radians of the frame's z axis, with
 // radial normal noise dNoise.
@@ -82,7 +82,14 @@ TEST(SphereFit, FourPointsGiveTheSphereThroughThemWithoutIteration) {
         test::Frame f = test::RandomFrame(rng);
         f.origin = f.origin * 20.0;
         double dRadius = rng.Uniform(1.0, 10.0);
-        CNuPointArray points = CapPoints(rng, f, dRadius, 4, M_PI, 0.0);
+        // About the corners of a regular tetrahedron, so that the four are far from one plane.
+        CNuPointArray points(4);
+        for (const auto& v : {CNuVector(1, 1, 1), CNuVector(1, -1, -1), CNuVector(-1, 1, -1),
+                              CNuVector(-1, -1, 1)}) {
+            CNuVector d = v + CNuVector(rng.Uniform(-0.3, 0.3), rng.Uniform(-0.3, 0.3), 0.0);
+            d.Normalise();
+            points.Add(f.World(dRadius * d[0], dRadius * d[1], dRadius * d[2]));
+        }
         CNuSphSurf s(1.0);
         double dForm = -1.0, dSum = -1.0;
         ASSERT_EQ(s.FitEx(points, &dForm, &dSum, 1), eNuFitOk) << "trial " << trial;
@@ -117,10 +124,10 @@ TEST(SphereFit, AgreesWithAnIndependentOrthogonalFitOnPartialSpheresFarFromTheOr
             P, {Eigen::Vector3d(f.origin.x(), f.origin.y(), f.origin.z()), c.dRadius});
         CNuPoint centre = s.GetCentre();
         double dScale = std::max(1.0, c.dRadius);
-        EXPECT_TRUE(test::PointsNear(centre, CNuPoint(o.centre(0), o.centre(1), o.centre(2)),
-                                     kAgreement * dScale))
+        EXPECT_TRUE(
+            test::PointsNear(centre, CNuPoint(o.centre(0), o.centre(1), o.centre(2)), kAgreement))
             << "cap " << c.dCapDegrees;
-        EXPECT_NEAR(s.GetRadius(), o.dRadius, kAgreement * dScale) << "cap " << c.dCapDegrees;
+        EXPECT_NEAR(s.GetRadius(), o.dRadius, kAgreement) << "cap " << c.dCapDegrees;
         Eigen::VectorXd e =
             oracle::Distances(P, Eigen::Vector3d(centre.x(), centre.y(), centre.z())).array() -
             s.GetRadius();

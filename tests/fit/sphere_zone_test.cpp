@@ -1,0 +1,135 @@
+// The minimum-zone sphere: refusals and the guard that reports inner failures as 212, the flat
+// ring through the circle, the shell of small sets against a search over every support, and on
+// larger partial spheres a shell that holds every point and is no wider than the least-squares
+// form.
+#include <cmath>
+#include <vector>
+
+#include "fit_test_support.h"
+#include "numorix/surfaces/sph_surf.h"
+#include "sphere_oracle.h"
+
+namespace numorix {
+namespace {
+
+constexpr long kLimit = 1000;
+// The tolerance asked of the zone fits, and the slack of the answers: a point may lie the
+// tolerance outside the shell at every end of the exchange, on either side.
+constexpr double kZoneTolerance = 1e-12;
+// Shells of points of size 10 compared after rounding of the exact supports.
+constexpr double kShellAgreement = 1e-9;
+
+// n points about the sphere (centre, radius) within dCap radians of the frame's z axis, radii
+// spread uniformly over dRadius +- dSpread.
+CNuPointArray ShellPoints(test::Random& rng, const test::Frame& f, double dRadius, int n,
+                          double dCap, double dSpread) {
+    CNuPointArray points(n);
+    for (int i = 0; i < n; ++i) {
+        double c = rng.Uniform(std::cos(dCap), 1.0), s = std::sqrt(1.0 - c * c);
+        double phi = rng.Uniform(0.0, 2.0 * M_PI), r = dRadius + rng.Uniform(-dSpread, dSpread);
+        points.Add(f.World(r * s * std::cos(phi), r * s * std::sin(phi), r * c));
+    }
+    return points;
+}
+
+Eigen::Vector3d Vec(const CNuPoint& p) { return Eigen::Vector3d(p.x(), p.y(), p.z()); }
+
+TEST(SphereZone, RefusesBadArgumentsBeforeTheGuardAndReportsInnerFailuresAs212) {
+    CNuPointArray bad = test::Points({{0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {0, 0, 1}, {1, 1, 1}});
+    bad.GetData()[3] = CNuPoint(std::nan(""), 0, 0);
+    const CNuPointArray good =
+        test::Points({{0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {0, 0, 1}, {1, 1, 1}});
+    CNuSphSurf s(1.0);
+    double dZone = -1.0;
+    test::ExpectFailures<CNuBestfitException>({
+        {[&] { s.FitMinZoneEx(good, &dZone, 1e-9, 0); }, 213, nullptr, "CNuSphSurf"},
+        {[&] { s.FitMinZone(good, &dZone, nullptr, nullptr, 1e-9, -1); }, 213, nullptr,
+         "CNuSphSurf"},
+        {[&] { s.FitMinZone(bad, &dZone, 1e-9, 10); }, 214, nullptr, "CNuSphSurf", 3},
+        {[&] { s.FitMinZone(good, &dZone, std::nan(""), 10); }, 211, nullptr, "CNuSphSurf"},
+        {[&] { s.FitMinZone(CNuPointArray(), &dZone, 1e-9, 10); }, 201, nullptr, "CNuSphSurf", 1},
+        // The least-squares start needs two iterations at least: its 212 is the zone's.
+        {[&] { s.FitMinZone(good, &dZone, 1e-9, 1); }, 212, nullptr, "CNuSphSurf"},
+    });
+    const double dSaved = NuGetLengthTol();
+    EXPECT_EQ(s.FitMinZoneEx(good, &dZone, 1e-3, 1), eNuFitNotConverged);
+    EXPECT_EQ(NuGetLengthTol(), dSaved);
+}
+
+// One point, and points in a plane: the circle's zone, also where two rings of two points each
+// make the width the difference of their radii.
+TEST(SphereZone, TakesTheCircleZoneOfPointsInOnePlane) {
+    const struct {
+        CNuPointArray points;
+        double dZone, dRadius;
+        CNuPoint centre;
+    } rows[] = {
+        {test::Points({{3, -4, 5}}), 0.0, 0.0, CNuPoint(3, -4, 5)},
+        {test::Points({{2, 0, 7}, {-2, 0, 7}, {0, 3, 7}, {0, -3, 7}}), 1.0, 2.5, CNuPoint(0, 0, 7)},
+        {test::Points({{5, 0, 0}, {0, 5, 0}, {-5, 0, 0}, {0, -5, 0}, {3, 4, 0}}), 0.0, 5.0,
+         CNuPoint(0, 0, 0)},
+    };
+    for (const auto& r : rows) {
+        CNuSphSurf s(1.0), inner(1.0), outer(1.0);
+        double dZone = -1.0;
+        s.FitMinZone(r.points, &dZone, &inner, &outer, 1e-9, kLimit);
+        EXPECT_NEAR(dZone, r.dZone, test::kTight) << r.points.GetSize() << " points";
+        EXPECT_NEAR(s.GetRadius(), r.dRadius, test::kTight);
+        EXPECT_TRUE(test::PointsNear(s.GetCentre(), r.centre, test::kTight));
+        EXPECT_NEAR(inner.GetRadius(), r.dRadius - 0.5 * r.dZone, test::kTight);
+        EXPECT_NEAR(outer.GetRadius(), r.dRadius + 0.5 * r.dZone, test::kTight);
+    }
+}
+
+// Small sets, from a cap of noisy points to a cloud in a box, against the narrowest shell over
+// every support of five points in every split: the same width, a shell that holds every point.
+TEST(SphereZone, SmallSetsMatchASearchOverEverySupport) {
+    test::Random rng;
+    for (int trial = 0; trial < 60; ++trial) {
+        const int n = 6 + trial % 4;
+        test::Frame f = test::RandomFrame(rng);
+        CNuPointArray points = trial % 3 == 2
+                                   ? test::RandomPoints(rng, n)
+                                   : ShellPoints(rng, f, 10.0, n, trial % 3 == 0 ? 1.0 : M_PI, 0.5);
+        CNuSphSurf s(1.0), inner(1.0), outer(1.0);
+        double dZone = -1.0;
+        ASSERT_EQ(s.FitMinZoneEx(points, &dZone, &inner, &outer, kZoneTolerance, kLimit), eNuFitOk)
+            << "trial " << trial;
+        Eigen::MatrixX3d P = test::Rows(points);
+        oracle::SShell best = oracle::BruteShell(P);
+        oracle::SShell held = oracle::ShellAbout(P, Vec(s.GetCentre()));
+        EXPECT_NEAR(dZone, best.Width(), kShellAgreement) << "trial " << trial;
+        EXPECT_LT(held.Width(), dZone + kShellAgreement) << "trial " << trial;
+        EXPECT_NEAR(inner.GetRadius(), held.dInner, kShellAgreement) << "trial " << trial;
+        EXPECT_NEAR(outer.GetRadius(), held.dOuter, kShellAgreement) << "trial " << trial;
+    }
+}
+
+// Partial spheres of 30 to 300 points far from the origin: every point within the tolerance of
+// the shell, and the shell no wider than the spread of the least-squares residuals.
+TEST(SphereZone, HoldsEveryPointAndIsNoWiderThanTheLeastSquaresForm) {
+    test::Random rng;
+    const struct {
+        double dCapDegrees, dRadius, dSpread;
+        int n;
+    } cases[] = {{20, 25, 1e-3, 30}, {90, 5, 1e-2, 100}, {180, 50, 1e-4, 300}, {60, 1, 0.1, 60}};
+    for (const auto& c : cases) {
+        test::Frame f = test::RandomFrame(rng);
+        f.origin = CNuPoint(400, 300, -700) + f.origin;
+        CNuPointArray points =
+            ShellPoints(rng, f, c.dRadius, c.n, c.dCapDegrees * M_PI / 180.0, c.dSpread);
+        CNuSphSurf ls(1.0), s(1.0);
+        double dForm = 0.0, dSum = 0.0, dZone = -1.0;
+        ls.Fit(points, &dForm, &dSum, kLimit);
+        ASSERT_EQ(s.FitMinZoneEx(points, &dZone, kZoneTolerance, kLimit), eNuFitOk)
+            << "cap " << c.dCapDegrees;
+        oracle::SShell held = oracle::ShellAbout(test::Rows(points), Vec(s.GetCentre()));
+        double dSlack = kZoneTolerance + 1e-12 * c.dRadius;
+        EXPECT_LT(held.dOuter, s.GetRadius() + 0.5 * dZone + dSlack) << "cap " << c.dCapDegrees;
+        EXPECT_GT(held.dInner, s.GetRadius() - 0.5 * dZone - dSlack) << "cap " << c.dCapDegrees;
+        EXPECT_LE(dZone, dForm + dSlack) << "cap " << c.dCapDegrees;
+    }
+}
+
+}  // namespace
+}  // namespace numorix
