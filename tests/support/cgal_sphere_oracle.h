@@ -1,0 +1,47 @@
+// Independent answers to the sphere's extreme problems from CGAL, for tests and benchmarks only.
+//
+//   MinEnclosingSphere    the smallest sphere holding all points (CGAL::Min_sphere_of_spheres_d
+//                         on spheres of radius 0, with the default Farthest_first_heuristic).
+//
+// Include this header in one translation unit per target: CGAL is heavy to compile.
+#ifndef NUMORIX_TESTS_SUPPORT_CGAL_SPHERE_ORACLE_H
+#define NUMORIX_TESTS_SUPPORT_CGAL_SPHERE_ORACLE_H
+
+#include <CGAL/Cartesian_d.h>
+#include <CGAL/Min_sphere_of_spheres_d.h>
+#include <CGAL/Min_sphere_of_spheres_d_traits_d.h>
+
+#include <Eigen/Dense>
+#include <vector>
+
+namespace numorix {
+namespace oracle {
+
+struct SEnclosingSphere {
+    Eigen::Vector3d centre;
+    double dRadius = 0.0;
+};
+
+// The rows of P are the points.
+inline SEnclosingSphere MinEnclosingSphere(const Eigen::MatrixX3d& P) {
+    using K = CGAL::Cartesian_d<double>;
+    using Traits = CGAL::Min_sphere_of_spheres_d_traits_d<K, double, 3>;
+    std::vector<Traits::Sphere> spheres;
+    spheres.reserve(static_cast<std::size_t>(P.rows()));
+    for (Eigen::Index i = 0; i < P.rows(); ++i) {
+        double ad[3] = {P(i, 0), P(i, 1), P(i, 2)};
+        spheres.emplace_back(K::Point_d(3, ad, ad + 3), 0.0);
+    }
+    CGAL::Min_sphere_of_spheres_d<Traits> ms(spheres.begin(), spheres.end());
+    SEnclosingSphere s;
+    auto it = ms.center_cartesian_begin();
+    for (int k = 0; k < 3; ++k, ++it)
+        s.centre(k) = CGAL::to_double(*it);
+    s.dRadius = CGAL::to_double(ms.radius());
+    return s;
+}
+
+}  // namespace oracle
+}  // namespace numorix
+
+#endif  // NUMORIX_TESTS_SUPPORT_CGAL_SPHERE_ORACLE_H
