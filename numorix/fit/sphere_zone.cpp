@@ -276,6 +276,11 @@ void CNuSphSurf::MinZone(const CNuPointArray& points, double* pdZone, double dTo
     if (candidates.GetSize() == 0) throw CNuBestfitException(9, kLocation, 0);
 
     const CNuPoint* c = candidates.GetData();
+    // Points nearly in one plane, let through by a tolerance of 0, give spheres through four of
+    // them whose determinants vanish: a centre or radius that is no number is no zone.
+    double adZone[5] = {c[0].x(), c[0].y(), c[0].z(), c[1].x(), c[1].y()};
+    for (double d : adZone)
+        if (!std::isfinite(d)) throw CNuBestfitException(11, kLocation);
     m_dRadius = c[1].x();
     *pdZone = 2.0 * c[1].y();
     SetPosition(c[0], CNuVector(1.0, 0.0, 0.0), CNuVector(0.0, 0.0, 1.0));

@@ -131,5 +131,19 @@ TEST(SphereZone, HoldsEveryPointAndIsNoWiderThanTheLeastSquaresForm) {
     }
 }
 
+// Found by fuzzing: five points in z = 0 but one at z = 2.2e-318 pass the coplanarity test at
+// tolerance 0, and spheres through four of them divide by a vanishing determinant. Not a number
+// is no zone: the guard reports 212.
+TEST(SphereZone, ReportsAZoneThatIsNoNumberAsNotConverged) {
+    const CNuPointArray points = test::Points({{0x1.737469d81f949p+9, -0x1.299542a0a1e34p-1, 0},
+                                               {0x1.72c1682574ad2p+9, 0x1.9f5844d7670f4p-1, 0},
+                                               {0x1.738b8d44dac3ap+9, -0x1.ac543a999cp-4, 0},
+                                               {0x1.ada769eda99dp+10, 0, 0x0.000000006bae4p-1022},
+                                               {0x1.737768731117p+9, 0x1.180e2c8c876d8p-1, 0}});
+    CNuSphSurf s(1.0), inner(1.0), outer(1.0);
+    double dZone = -1.0;
+    EXPECT_EQ(s.FitMinZoneEx(points, &dZone, &inner, &outer, 0.0, 64), eNuFitNotConverged);
+}
+
 }  // namespace
 }  // namespace numorix
