@@ -1,7 +1,7 @@
 // numorix-fit: fits a geometric element to measured points by every criterion the library has
 // for it, and prints the results as a table or as JSON.
 //
-//   numorix-fit --element line|plane|circle|cylinder [--json] [--tolerance T]
+//   numorix-fit --element line|plane|circle|cylinder|sphere [--json] [--tolerance T]
 //               [--max-iterations N] FILE
 //
 // The point file holds one point per line, "x y z" or "x,y,z"; two columns mean z = 0. Text after
@@ -57,9 +57,10 @@ struct Result {
 }
 
 void Usage() {
-    std::fprintf(stderr,
-                 "usage: numorix-fit --element line|plane|circle|cylinder [--json] [--tolerance T] "
-                 "[--max-iterations N] FILE\n");
+    std::fprintf(
+        stderr,
+        "usage: numorix-fit --element line|plane|circle|cylinder|sphere [--json] [--tolerance T] "
+        "[--max-iterations N] FILE\n");
     std::exit(2);
 }
 
@@ -264,6 +265,42 @@ std::vector<Result> FitCylinder(const CNuPointArray& points, const Options& o) {
     return results;
 }
 
+// The four spheres: least squares, the smallest that holds every point, the largest that holds
+// none, and the narrowest shell.
+std::vector<Result> FitSphere(const CNuPointArray& points, const Options& o) {
+    std::vector<Result> results;
+    results.push_back(Attempt("least squares", o.dTolerance, [&](Result& r) {
+        numorix::CNuSphSurf sphere(1.0);
+        double dForm = 0.0;
+        double dSumSquares = 0.0;
+        sphere.Fit(points, &dForm, &dSumSquares, o.lMaxIterations);
+        r.location = sphere.GetCentre();
+        r.dRadius = sphere.GetRadius();
+        r.dForm = dForm;
+        r.dSumSquares = dSumSquares;
+    }));
+    const std::pair<const char*, void (numorix::CNuSphSurf::*)(const CNuPointArray&, double)>
+        extremes[] = {{"minimum circumscribed", &numorix::CNuSphSurf::FitMin},
+                      {"maximum inscribed", &numorix::CNuSphSurf::FitMax}};
+    for (const auto& extreme : extremes) {
+        results.push_back(Attempt(extreme.first, o.dTolerance, [&](Result& r) {
+            numorix::CNuSphSurf sphere(1.0);
+            (sphere.*extreme.second)(points, o.dTolerance);
+            r.location = sphere.GetCentre();
+            r.dRadius = sphere.GetRadius();
+        }));
+    }
+    results.push_back(Attempt("minimum zone", o.dTolerance, [&](Result& r) {
+        numorix::CNuSphSurf sphere(1.0);
+        double dZone = 0.0;
+        sphere.FitMinZone(points, &dZone, o.dTolerance, o.lMaxIterations);
+        r.location = sphere.GetCentre();
+        r.dRadius = sphere.GetRadius();
+        r.dZone = dZone;
+    }));
+    return results;
+}
+
 std::string Number(const std::optional<double>& d) {
     if (!d) return "-";
     char sz[64];
@@ -293,7 +330,8 @@ void PrintTable(const Options& o, int nPoints, const std::vector<Result>& result
         std::printf("  (%.3f ms)\n", r.dMilliseconds);
         if (!r.sMessage.empty()) std::printf("  %s\n", r.sMessage.c_str());
         if (r.location) {
-            std::printf("  %-15s %s\n", o.sElement == "circle" ? "centre" : "point",
+            std::printf("  %-15s %s\n",
+                        o.sElement == "circle" || o.sElement == "sphere" ? "centre" : "point",
                         Triple(r.location).c_str());
         }
         if (r.direction) std::printf("  %-15s %s\n", pszDirection, Triple(r.direction).c_str());
@@ -361,8 +399,10 @@ int main(int argc, char** argv) {
         fit = FitCircle;
     } else if (options.sElement == "cylinder") {
         fit = FitCylinder;
+    } else if (options.sElement == "sphere") {
+        fit = FitSphere;
     } else {
-        Fail("unknown element '" + options.sElement + "' (line, plane, circle, cylinder)");
+        Fail("unknown element '" + options.sElement + "' (line, plane, circle, cylinder, sphere)");
     }
     CNuPointArray points;
     try {
