@@ -168,7 +168,8 @@ bool Direction(const SWalk& w, int nRemoved, const double* adMean, double* e) {
         }
         double adSum[3] = {adU[0][0] + adU[1][0], adU[0][1] + adU[1][1], adU[0][2] + adU[1][2]};
         double dLength = std::sqrt(Dot(adSum, adSum));
-        if (!(dLength < w.dTolerance)) {
+        // A sum of zero length is opposite contacts, also when the tolerance is 0 or below.
+        if (!(dLength < w.dTolerance) && dLength > NuGetZero()) {
             for (int k = 0; k < 3; ++k)
                 e[k] = w.nSide * adSum[k] / dLength;
             return true;
@@ -308,7 +309,10 @@ void Walk(SWalk& w, const double* adMean) {
         }
         // An exchange round.
         if (++lRounds > lMaxRounds) throw CNuBestfitException(11, kLocation);
-        if (dLastExchange >= 0.0 && std::fabs(w.r - dLastExchange) < w.dTolerance && TiesEnclose(w))
+        // An exchange that left the radius as it was (also exactly, under a tolerance of 0):
+        // the points on the sphere are tied.
+        if (dLastExchange >= 0.0 && !(std::fabs(w.r - dLastExchange) > w.dTolerance) &&
+            TiesEnclose(w))
             return;
         double adLambda[4];
         if (!Multipliers(w, adLambda)) throw CNuBestfitException(11, kLocation);

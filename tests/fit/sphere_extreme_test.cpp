@@ -130,5 +130,31 @@ TEST(SphereExtreme, InscribedSphereIsEmptyAndLocallyLargestAndIsWhatFitMinExGive
     }
 }
 
+// Points exactly on a sphere, every one tied: the corners of an octahedron (opposite pairs, whose
+// unit vectors sum to zero) and of a cube, at tolerances 0 and 1e-9. Both extreme spheres are the
+// sphere through them.
+TEST(SphereExtreme, CornersOfRegularSolidsGiveTheirSphereEvenAtToleranceZero) {
+    const CNuPointArray octahedron = test::Points(
+        {{105, 0, 0}, {95, 0, 0}, {100, 5, 0}, {100, -5, 0}, {100, 0, 5}, {100, 0, -5}});
+    const CNuPointArray cube = test::Points({{-1, -1, -1},
+                                             {1, -1, -1},
+                                             {-1, 1, -1},
+                                             {1, 1, -1},
+                                             {-1, -1, 1},
+                                             {1, -1, 1},
+                                             {-1, 1, 1},
+                                             {1, 1, 1}});
+    for (double dTolerance : {0.0, 1e-9}) {
+        for (const auto& solid :
+             {std::make_pair(&octahedron, 5.0), std::make_pair(&cube, std::sqrt(3.0))}) {
+            CNuSphSurf inscribed(1.0), circumscribed(1.0);
+            ASSERT_EQ(inscribed.FitMaxEx(*solid.first, dTolerance), eNuFitOk) << dTolerance;
+            circumscribed.FitMin(*solid.first, dTolerance);
+            EXPECT_NEAR(inscribed.GetRadius(), solid.second, test::kTight) << dTolerance;
+            EXPECT_NEAR(circumscribed.GetRadius(), solid.second, test::kTight) << dTolerance;
+        }
+    }
+}
+
 }  // namespace
 }  // namespace numorix
