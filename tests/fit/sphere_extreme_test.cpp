@@ -20,19 +20,6 @@ constexpr double kAgreement = 1e-9;
 // Trial centres about the inscribed one, as a fraction of its radius.
 constexpr double kNudge = 1e-4;
 
-// n points about the sphere (centre, radius) within dCap radians of the frame's z axis, radii
-// spread uniformly over dRadius +- dSpread.
-CNuPointArray ShellPoints(test::Random& rng, const test::Frame& f, double dRadius, int n,
-                          double dCap, double dSpread) {
-    CNuPointArray points(n);
-    for (int i = 0; i < n; ++i) {
-        double c = rng.Uniform(std::cos(dCap), 1.0), s = std::sqrt(1.0 - c * c);
-        double phi = rng.Uniform(0.0, 2.0 * M_PI), r = dRadius + rng.Uniform(-dSpread, dSpread);
-        points.Add(f.World(r * s * std::cos(phi), r * s * std::sin(phi), r * c));
-    }
-    return points;
-}
-
 Eigen::Vector3d Vec(const CNuPoint& p) { return Eigen::Vector3d(p.x(), p.y(), p.z()); }
 
 TEST(SphereExtreme, RefusesTooFewCollinearAndNonFinitePointsWithTheirCauses) {
@@ -85,8 +72,8 @@ TEST(SphereExtreme, CircumscribedSphereIsCgalsMinimumEnclosingSphere) {
         test::Frame f = test::RandomFrame(rng);
         f.origin = CNuPoint(1000, 200, -500) + f.origin;
         const double dRadius = rng.Uniform(1.0, 100.0);
-        CNuPointArray points = ShellPoints(rng, f, dRadius, n, trial % 2 ? M_PI : 1.0,
-                                           trial % 3 == 0 ? dRadius : 0.01 * dRadius);
+        CNuPointArray points = test::SpherePoints(rng, f, dRadius, n, trial % 2 ? M_PI : 1.0,
+                                                  trial % 3 == 0 ? dRadius : 0.01 * dRadius);
         CNuSphSurf s(1.0);
         ASSERT_NO_THROW(s.FitMin(points, kTolerance)) << "trial " << trial;
         Eigen::MatrixX3d P = test::Rows(points);
@@ -110,7 +97,7 @@ TEST(SphereExtreme, InscribedSphereIsEmptyAndLocallyLargestAndIsWhatFitMinExGive
         test::Frame f = test::RandomFrame(rng);
         f.origin = CNuPoint(-300, 800, 100) + f.origin;
         const double dRadius = rng.Uniform(1.0, 100.0);
-        CNuPointArray points = ShellPoints(rng, f, dRadius, n, M_PI, 0.05 * dRadius);
+        CNuPointArray points = test::SpherePoints(rng, f, dRadius, n, M_PI, 0.05 * dRadius);
         CNuSphSurf s(1.0), viaMinEx(1.0);
         ASSERT_EQ(s.FitMaxEx(points, kTolerance), eNuFitOk) << "trial " << trial;
         ASSERT_EQ(viaMinEx.FitMinEx(points, kTolerance), eNuFitOk) << "trial " << trial;

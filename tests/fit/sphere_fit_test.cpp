@@ -21,19 +21,6 @@ constexpr double kFourPoints = 1e-9;
 // and does not take it; on a narrow cap the radius moves with the centre.
 constexpr double kAgreement = 5e-8;
 
-// n points on the sphere (centre, radius) within dCap radians of the frame's z axis, with
-// radial normal noise dNoise.
-CNuPointArray CapPoints(test::Random& rng, const test::Frame& f, double dRadius, int n, double dCap,
-                        double dNoise) {
-    CNuPointArray points(n);
-    for (int i = 0; i < n; ++i) {
-        double c = rng.Uniform(std::cos(dCap), 1.0), s = std::sqrt(1.0 - c * c);
-        double phi = rng.Uniform(0.0, 2.0 * M_PI), r = dRadius + rng.Normal(0.0, dNoise);
-        points.Add(f.World(r * s * std::cos(phi), r * s * std::sin(phi), r * c));
-    }
-    return points;
-}
-
 TEST(SphSurf, ConstructorRefusesARadiusNotAboveZeroAndGivesCentreAndRadiusBack) {
     test::ExpectFailures<CNuConstructionException>({
         {[] { CNuSphSurf s(0.0); }, 5, "radius", "CNuSphSurf"},
@@ -107,7 +94,7 @@ TEST(SphereFit, FourPointsGiveTheSphereThroughThemWithoutIteration) {
 TEST(SphereFit, AgreesWithAnIndependentOrthogonalFitOnPartialSpheresFarFromTheOrigin) {
     test::Random rng;
     const struct {
-        double dCapDegrees, dRadius, dNoise;
+        double dCapDegrees, dRadius, dSpread;
         int n;
     } cases[] = {{30, 20, 1e-3, 40},   {60, 5, 1e-2, 25}, {90, 50, 1e-4, 200},
                  {180, 12.5, 1e-3, 9}, {45, 1, 1e-5, 60}, {120, 300, 0.1, 100}};
@@ -115,7 +102,7 @@ TEST(SphereFit, AgreesWithAnIndependentOrthogonalFitOnPartialSpheresFarFromTheOr
         test::Frame f = test::RandomFrame(rng);
         f.origin = CNuPoint(1000, -800, 650) + f.origin;
         CNuPointArray points =
-            CapPoints(rng, f, c.dRadius, c.n, c.dCapDegrees * M_PI / 180.0, c.dNoise);
+            test::SpherePoints(rng, f, c.dRadius, c.n, c.dCapDegrees * M_PI / 180.0, c.dSpread);
         CNuSphSurf s(1.0);
         double dForm = -1.0, dSum = -1.0;
         ASSERT_NO_THROW(s.Fit(points, &dForm, &dSum, kIterations)) << "cap " << c.dCapDegrees;
@@ -140,7 +127,7 @@ TEST(SphereFit, AgreesWithAnIndependentOrthogonalFitOnPartialSpheresFarFromTheOr
 TEST(SphereFit, NeedsOneIterationMoreThanTheLimitThatRaises212) {
     test::Random rng;
     test::Frame f = test::RandomFrame(rng);
-    CNuPointArray points = CapPoints(rng, f, 3.0, 30, 1.0, 1e-3);
+    CNuPointArray points = test::SpherePoints(rng, f, 3.0, 30, 1.0, 1e-3);
     CNuSphSurf s(1.0);
     long lLeast =
         test::ExpectLimitRule([&](long l) { s.Fit(points, l); },

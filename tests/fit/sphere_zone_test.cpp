@@ -19,19 +19,6 @@ constexpr double kZoneTolerance = 1e-12;
 // Shells of points of size 10 compared after rounding of the exact supports.
 constexpr double kShellAgreement = 1e-9;
 
-// n points about the sphere (centre, radius) within dCap radians of the frame's z axis, radii
-// spread uniformly over dRadius +- dSpread.
-CNuPointArray ShellPoints(test::Random& rng, const test::Frame& f, double dRadius, int n,
-                          double dCap, double dSpread) {
-    CNuPointArray points(n);
-    for (int i = 0; i < n; ++i) {
-        double c = rng.Uniform(std::cos(dCap), 1.0), s = std::sqrt(1.0 - c * c);
-        double phi = rng.Uniform(0.0, 2.0 * M_PI), r = dRadius + rng.Uniform(-dSpread, dSpread);
-        points.Add(f.World(r * s * std::cos(phi), r * s * std::sin(phi), r * c));
-    }
-    return points;
-}
-
 Eigen::Vector3d Vec(const CNuPoint& p) { return Eigen::Vector3d(p.x(), p.y(), p.z()); }
 
 TEST(SphereZone, RefusesBadArgumentsBeforeTheGuardAndReportsInnerFailuresAs212) {
@@ -88,9 +75,9 @@ TEST(SphereZone, SmallSetsMatchASearchOverEverySupport) {
     for (int trial = 0; trial < 60; ++trial) {
         const int n = 6 + trial % 4;
         test::Frame f = test::RandomFrame(rng);
-        CNuPointArray points = trial % 3 == 2
-                                   ? test::RandomPoints(rng, n)
-                                   : ShellPoints(rng, f, 10.0, n, trial % 3 == 0 ? 1.0 : M_PI, 0.5);
+        CNuPointArray points =
+            trial % 3 == 2 ? test::RandomPoints(rng, n)
+                           : test::SpherePoints(rng, f, 10.0, n, trial % 3 == 0 ? 1.0 : M_PI, 0.5);
         CNuSphSurf s(1.0), inner(1.0), outer(1.0);
         double dZone = -1.0;
         ASSERT_EQ(s.FitMinZoneEx(points, &dZone, &inner, &outer, kZoneTolerance, kLimit), eNuFitOk)
@@ -117,7 +104,7 @@ TEST(SphereZone, HoldsEveryPointAndIsNoWiderThanTheLeastSquaresForm) {
         test::Frame f = test::RandomFrame(rng);
         f.origin = CNuPoint(400, 300, -700) + f.origin;
         CNuPointArray points =
-            ShellPoints(rng, f, c.dRadius, c.n, c.dCapDegrees * M_PI / 180.0, c.dSpread);
+            test::SpherePoints(rng, f, c.dRadius, c.n, c.dCapDegrees * M_PI / 180.0, c.dSpread);
         CNuSphSurf ls(1.0), s(1.0);
         double dForm = 0.0, dSum = 0.0, dZone = -1.0;
         ls.Fit(points, &dForm, &dSum, kLimit);
