@@ -43,6 +43,18 @@ TEST(SphereZone, RefusesBadArgumentsBeforeTheGuardAndReportsInnerFailuresAs212) 
     EXPECT_EQ(NuGetLengthTol(), dSaved);
 }
 
+// The limit bounds the least-squares start and the exchange alike; reaching it is 212.
+TEST(SphereZone, NeedsOneRoundMoreThanTheLimitThatRaises212) {
+    test::Random rng;
+    const CNuPointArray points =
+        test::SpherePoints(rng, test::RandomFrame(rng), 4.0, 60, 2.0, 0.01);
+    CNuSphSurf s(1.0);
+    double dZone = 0.0;
+    test::ExpectLimitRule([&](long l) { s.FitMinZone(points, &dZone, kZoneTolerance, l); },
+                          [&](long l) { return s.FitMinZoneEx(points, &dZone, kZoneTolerance, l); },
+                          200, "CNuSphSurf");
+}
+
 // One point, and points in a plane: the circle's zone, also where two rings of two points each
 // make the width the difference of their radii.
 TEST(SphereZone, TakesTheCircleZoneOfPointsInOnePlane) {
