@@ -318,10 +318,12 @@ TEST(CircleZoneFits, EndAnExchangeThatCyclesAmongTiedAnnuliAtTheMinimumZone) {
 // go on until it does. Six points of size 1 at a tolerance of 0.1, in every order, and four
 // points in a denormal plane at a tolerance of -1.9e-318 (found by fuzzing).
 TEST(CircleZoneFits, AnActivePointFoundAgainDoesNotEndTheExchange) {
-    const std::vector<SXY> six = {
-        {0.53586355794903773, -0.37708489473940204}, {-0.020091669663617379, 0.52189957251836427},
-        {-0.4655123820114988, -0.9648987972055435},  {0.47526272709636902, 0.1493550855886705},
-        {0.62314349361301724, 0.72787676315432892},  {-0.14023838390147367, 0.35089192248398388}};
+    const std::vector<SXY> six = {{0.53586355794903773, -0.37708489473940204},
+                                  {-0.020091669663617379, 0.52189957251836427},
+                                  {-0.4655123820114988, -0.9648987972055435},
+                                  {0.47526272709636902, 0.1493550855886705},
+                                  {0.62314349361301724, 0.72787676315432892},
+                                  {-0.14023838390147367, 0.35089192248398388}};
     constexpr double kTol = 0.1;  // ties within it make either half width uncertain by as much
     const double dBrute = BruteMinZone(six);
     std::vector<int> order = {0, 1, 2, 3, 4, 5};
@@ -336,17 +338,15 @@ TEST(CircleZoneFits, AnActivePointFoundAgainDoesNotEndTheExchange) {
         EXPECT_LE(Reach(points, zone, 1.0) - zone.GetRadius(), dZone / 2 + kTol);
         EXPECT_LE(zone.GetRadius() + Reach(points, zone, -1.0), dZone / 2 + kTol);
     } while (std::next_permutation(order.begin(), order.end()));
-    const CNuPointArray four =
-        test::Points({{-0.53866121055845406, 0.43272131907164058, -3.1e-318},
-                      {-0.58346663662101683, 0.9390437169322432, -3.1e-318},
-                      {0.60455642936201914, 0.010932235444799154, -3.1e-318},
-                      {0.44389015816256827, -0.63412684396152796, -3.1e-318}});
+    const CNuPointArray four = test::Points({{-0.53866121055845406, 0.43272131907164058, -3.1e-318},
+                                             {-0.58346663662101683, 0.9390437169322432, -3.1e-318},
+                                             {0.60455642936201914, 0.010932235444799154, -3.1e-318},
+                                             {0.44389015816256827, -0.63412684396152796, -3.1e-318}});
     zone.FitMinZone(four, &dZone, -1.865305320621959e-318, 100);
-    EXPECT_NEAR(dZone,
-                BruteMinZone({{-0.53866121055845406, 0.43272131907164058},
-                              {-0.58346663662101683, 0.9390437169322432},
-                              {0.60455642936201914, 0.010932235444799154},
-                              {0.44389015816256827, -0.63412684396152796}}),
+    EXPECT_NEAR(dZone, BruteMinZone({{-0.53866121055845406, 0.43272131907164058},
+                                           {-0.58346663662101683, 0.9390437169322432},
+                                           {0.60455642936201914, 0.010932235444799154},
+                                           {0.44389015816256827, -0.63412684396152796}}),
                 1e-12);
 }
 

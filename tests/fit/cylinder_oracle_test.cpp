@@ -38,12 +38,10 @@ struct SXY {
 
 bool Surrounded(const std::vector<SXY>& q, double cx, double cy) {  // (cx, cy) inside the hull
     std::vector<double> angles;
-    for (const SXY& p : q)
-        angles.push_back(std::atan2(p.y - cy, p.x - cx));
+    for (const SXY& p : q) angles.push_back(std::atan2(p.y - cy, p.x - cx));
     std::sort(angles.begin(), angles.end());
     double dGap = angles.front() + 2.0 * M_PI - angles.back();
-    for (std::size_t i = 1; i < angles.size(); ++i)
-        dGap = std::max(dGap, angles[i] - angles[i - 1]);
+    for (std::size_t i = 1; i < angles.size(); ++i) dGap = std::max(dGap, angles[i] - angles[i - 1]);
     return dGap < M_PI;
 }
 
@@ -71,10 +69,8 @@ double Exact2D(const std::vector<SXY>& q, EMode eMode) {
     const int n = static_cast<int>(q.size());
     for (int i = 0; i < n; ++i)
         for (int j = i + 1; j < n; ++j) {
-            if (eMode == eCircumscribed)
-                tryCentre(0.5 * (q[i].x + q[j].x), 0.5 * (q[i].y + q[j].y));
-            for (int k = j + 1; k < n; ++k)
-                crossing(i, j, i, k);
+            if (eMode == eCircumscribed) tryCentre(0.5 * (q[i].x + q[j].x), 0.5 * (q[i].y + q[j].y));
+            for (int k = j + 1; k < n; ++k) crossing(i, j, i, k);
             for (int k = i + 1; k < n && eMode == eZone; ++k)
                 for (int l = k + 1; l < n; ++l)
                     if (k != j && l != j) crossing(i, j, k, l);
@@ -101,10 +97,8 @@ double SearchAxes(const Eigen::MatrixX3d& P, const Vec3& pole, double dCap, EMod
     std::vector<std::pair<double, Vec3>> nodes;
     Vec3 e1 = pole.unitOrthogonal(), e2 = pole.cross(e1);
     for (double rho = 0.0; rho <= dCap + 1e-9; rho += kGridStep)
-        for (double theta = 0.0; theta < 2.0 * M_PI && (rho > 0.0 || theta == 0.0);
-             theta += kGridStep) {
-            Vec3 a = std::cos(rho) * pole +
-                     std::sin(rho) * (std::cos(theta) * e1 + std::sin(theta) * e2);
+        for (double theta = 0.0; theta < 2.0 * M_PI && (rho > 0.0 || theta == 0.0); theta += kGridStep) {
+            Vec3 a = std::cos(rho) * pole + std::sin(rho) * (std::cos(theta) * e1 + std::sin(theta) * e2);
             nodes.emplace_back(AxisValue(P, a, eMode), a);
         }
     std::partial_sort(nodes.begin(), nodes.begin() + 2, nodes.end(),
@@ -132,9 +126,7 @@ double SearchAxes(const Eigen::MatrixX3d& P, const Vec3& pole, double dCap, EMod
 
 TEST(CylinderFits, AgreeWithIndependentAnswersOnRandomMeasuredCylinders) {
     test::Random rng;
-    const struct {
-        double dCoverage, dLength;
-    } cases[] = {{1.0, 40.0}, {1.0, 8.0}, {0.5, 25.0}, {0.25, 25.0}};
+    const struct { double dCoverage, dLength; } cases[] = {{1.0, 40.0}, {1.0, 8.0}, {0.5, 25.0}, {0.25, 25.0}};
     for (const auto& c : cases) {
         // Twelve points spread round the coverage and to both ends, radius 10 with three lobes of
         // 0.02 and noise.
@@ -161,9 +153,7 @@ TEST(CylinderFits, AgreeWithIndependentAnswersOnRandomMeasuredCylinders) {
             CNuVector a = cyl.GetAxisDirection();
             Eigen::VectorXd d(P.rows());
             for (Eigen::Index i = 0; i < P.rows(); ++i)
-                d(i) = (P.row(i).transpose() - Vec3(o.x(), o.y(), o.z()))
-                           .cross(Vec3(a[0], a[1], a[2]))
-                           .norm();
+                d(i) = (P.row(i).transpose() - Vec3(o.x(), o.y(), o.z())).cross(Vec3(a[0], a[1], a[2])).norm();
             return d;
         };
 
@@ -172,21 +162,16 @@ TEST(CylinderFits, AgreeWithIndependentAnswersOnRandomMeasuredCylinders) {
         CNuCylSurf ls(1.0), zone(1.0), outer(1.0), inner(1.0);
         double dForm = 0.0, dSum = 0.0, dZone = 0.0;
         ASSERT_NO_THROW(ls.Fit(points, &dForm, &dSum, 1000));
-        const oracle::SCylinder o =
-            oracle::FitCylinder(P, {Vec3(f.origin.x(), f.origin.y(), f.origin.z()), truth, 10.0});
-        EXPECT_LT(
-            test::AxisAngle(ls.GetAxisDirection(), CNuVector(o.axis[0], o.axis[1], o.axis[2])),
-            kSameLeastSquares);
-        EXPECT_LT(CNuPoint(o.point[0], o.point[1], o.point[2]).DistanceTo(ls.GetAxis()),
-                  kSameLeastSquares);
+        const oracle::SCylinder o = oracle::FitCylinder(P, {Vec3(f.origin.x(), f.origin.y(), f.origin.z()), truth, 10.0});
+        EXPECT_LT(test::AxisAngle(ls.GetAxisDirection(), CNuVector(o.axis[0], o.axis[1], o.axis[2])), kSameLeastSquares);
+        EXPECT_LT(CNuPoint(o.point[0], o.point[1], o.point[2]).DistanceTo(ls.GetAxis()), kSameLeastSquares);
         EXPECT_NEAR(ls.GetRadius(), o.dRadius, kSameLeastSquares);
 
         CNuCylSurf in(1.0), out(1.0);
         ASSERT_NO_THROW(zone.FitMinZone(points, &dZone, &in, &out, 1e-12, 1000));
         EXPECT_NEAR(out.GetRadius() - in.GetRadius(), dZone, kContained) << "the bounding pair";
         EXPECT_NEAR(dZone, SearchAxes(P, truth, M_PI / 2.0, eZone, axis(zone)), kSameChebyshev);
-        EXPECT_LE(dZone, dForm + kContained)
-            << "the minimum zone is wider than the least-squares form";
+        EXPECT_LE(dZone, dForm + kContained) << "the minimum zone is wider than the least-squares form";
         Eigen::VectorXd d = distances(zone);
         EXPECT_LE(d.maxCoeff() - zone.GetRadius() - 0.5 * dZone, kContained);
         EXPECT_GE(d.minCoeff() - zone.GetRadius() + 0.5 * dZone, -kContained);
@@ -205,15 +190,12 @@ TEST(CylinderFits, AgreeWithIndependentAnswersOnRandomMeasuredCylinders) {
         // A disc of points, shorter than its diameter, has smaller circumscribed cylinders about
         // axes far from its own, which a search from the least-squares axis does not reach.
         if (c.dLength < 20.0) continue;
-        EXPECT_NEAR(outer.GetRadius(),
-                    SearchAxes(P, truth, M_PI / 2.0, eCircumscribed, axis(outer)), kSameChebyshev);
+        EXPECT_NEAR(outer.GetRadius(), SearchAxes(P, truth, M_PI / 2.0, eCircumscribed, axis(outer)), kSameChebyshev);
         if (c.dCoverage < 1.0) continue;  // an open profile has no inscribed cylinder
         // Inscribed cylinders are sought near the axis: tilted far, a projection has gaps
         // between a dozen points where larger empty circles fit.
         ASSERT_NO_THROW(inner.FitMax(points, 1e-12, 1000));
-        EXPECT_NEAR(-inner.GetRadius(),
-                    SearchAxes(P, truth, 10.0 * M_PI / 180.0, eInscribed, axis(inner)),
-                    kSameChebyshev);
+        EXPECT_NEAR(-inner.GetRadius(), SearchAxes(P, truth, 10.0 * M_PI / 180.0, eInscribed, axis(inner)), kSameChebyshev);
         EXPECT_GE(distances(inner).minCoeff(), inner.GetRadius() - kContained);
     }
 }

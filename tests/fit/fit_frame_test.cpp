@@ -22,8 +22,8 @@ const CNuPointArray kDiagonal = test::Points({{0, 0, 0}, {1, 1, 1}, {2, 2, 2}, {
 const CNuPointArray kSquare = test::Points({{0, 0, 0}, {1, 0, 0}, {1, 1, 0}, {0, 1, 0}});
 const CNuPointArray kTetra = test::Points({{0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {0, 0, 1}});
 // Residuals +-1.025e-3 about the plane z = 0: a form of 2.05 times a tolerance of 1e-3.
-const CNuPointArray kSaddle =
-    test::Points({{0, 0, 1.025e-3}, {1, 0, -1.025e-3}, {0, 1, -1.025e-3}, {1, 1, 1.025e-3}});
+const CNuPointArray kSaddle = test::Points(
+    {{0, 0, 1.025e-3}, {1, 0, -1.025e-3}, {0, 1, -1.025e-3}, {1, 1, 1.025e-3}});
 // With a negative tolerance no slab holds these three points: the plane zone's exchange once
 // scanned them forever.
 const CNuPointArray kFlatTriangle = test::Points(
