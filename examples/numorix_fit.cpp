@@ -1,7 +1,7 @@
 // numorix-fit: fits a geometric element to measured points by every criterion the library has
 // for it, and prints the results as a table or as JSON.
 //
-//   numorix-fit --element line|plane|circle|cylinder|cone [--json] [--tolerance T]
+//   numorix-fit --element line|plane|circle|cylinder|sphere|cone [--json] [--tolerance T]
 //               [--max-iterations N] FILE
 //
 // The point file holds one point per line, "x y z" or "x,y,z"; two columns mean z = 0. Text after
@@ -58,9 +58,10 @@ struct Result {
 }
 
 void Usage() {
-    std::fprintf(stderr,
-                 "usage: numorix-fit --element line|plane|circle|cylinder|cone [--json] [--tolerance T] "
-                 "[--max-iterations N] FILE\n");
+    std::fprintf(
+        stderr,
+        "usage: numorix-fit --element line|plane|circle|cylinder|sphere|cone [--json] "
+        "[--tolerance T] [--max-iterations N] FILE\n");
     std::exit(2);
 }
 
@@ -265,6 +266,39 @@ std::vector<Result> FitCylinder(const CNuPointArray& points, const Options& o) {
     return results;
 }
 
+// The four spheres: least squares, the smallest that holds every point, the largest that holds
+// none, and the narrowest shell.
+std::vector<Result> FitSphere(const CNuPointArray& points, const Options& o) {
+    std::vector<Result> results;
+    results.push_back(Attempt("least squares", o.dTolerance, [&](Result& r) {
+        numorix::CNuSphSurf sphere(1.0);
+        double dForm = 0.0;
+        double dSumSquares = 0.0;
+        sphere.Fit(points, &dForm, &dSumSquares, o.lMaxIterations);
+        r.location = sphere.GetCentre();
+        r.dRadius = sphere.GetRadius();
+        r.dForm = dForm;
+        r.dSumSquares = dSumSquares;
+    }));
+    const std::pair<const char*, void (numorix::CNuSphSurf::*)(const CNuPointArray&, double)>
+        extremes[] = {{"minimum circumscribed", &numorix::CNuSphSurf::FitMin},
+                      {"maximum inscribed", &numorix::CNuSphSurf::FitMax}};
+    for (const auto& extreme : extremes) {
+        results.push_back(Attempt(extreme.first, o.dTolerance, [&](Result& r) {
+            numorix::CNuSphSurf sphere(1.0);
+            (sphere.*extreme.second)(points, o.dTolerance);
+            r.location = sphere.GetCentre();
+            r.dRadius = sphere.GetRadius();
+        }));
+    }
+    results.push_back(Attempt("minimum zone", o.dTolerance, [&](Result& r) {
+        numorix::CNuSphSurf sphere(1.0);
+        double dZone = 0.0;
+        sphere.FitMinZone(points, &dZone, o.dTolerance, o.lMaxIterations);
+        r.location = sphere.GetCentre();
+        r.dRadius = sphere.GetRadius();
+        r.dZone = dZone;
+    }));
 // The cone by least squares; its location is the apex, its direction the axis into the opening.
 std::vector<Result> FitCone(const CNuPointArray& points, const Options& o) {
     std::vector<Result> results;
@@ -313,7 +347,9 @@ void PrintTable(const Options& o, int nPoints, const std::vector<Result>& result
         if (!r.sMessage.empty()) std::printf("  %s\n", r.sMessage.c_str());
         if (r.location) {
             std::printf("  %-15s %s\n",
-                        o.sElement == "circle" ? "centre" : o.sElement == "cone" ? "apex" : "point",
+                        o.sElement == "circle" || o.sElement == "sphere" ? "centre"
+                        : o.sElement == "cone"                               ? "apex"
+                                                                             : "point",
                         Triple(r.location).c_str());
         }
         if (r.direction) std::printf("  %-15s %s\n", pszDirection, Triple(r.direction).c_str());
@@ -383,10 +419,13 @@ int main(int argc, char** argv) {
         fit = FitCircle;
     } else if (options.sElement == "cylinder") {
         fit = FitCylinder;
+    } else if (options.sElement == "sphere") {
+        fit = FitSphere;
     } else if (options.sElement == "cone") {
         fit = FitCone;
     } else {
-        Fail("unknown element '" + options.sElement + "' (line, plane, circle, cylinder, cone)");
+        Fail("unknown element '" + options.sElement +
+             "' (line, plane, circle, cylinder, sphere, cone)");
     }
     CNuPointArray points;
     try {

@@ -33,6 +33,7 @@
 #include "numorix/linalg/vector.h"
 #include "numorix/surfaces/con_surf.h"
 #include "numorix/surfaces/cyl_surf.h"
+#include "numorix/surfaces/sph_surf.h"
 #include "numorix/surfaces/surface.h"
 #include "numorix/surfaces/tor_surf.h"
 

@@ -13,22 +13,8 @@
 // quadruples; a round-robin scan of all points then finds one outside it, which joins the set
 // (at most 10 points are kept, and needless ones are dropped), until no point is left outside.
 //
-// Ties make the exchange cycle: on sparse points over an arc, or seen along a trial axis of a
-// cylinder near its optimum, many quadruples give annuli within dTolerance of one width, a point
-// outside any one of the tied candidates counts as uncovered, and the reduction drops points that
-// come back later. A round is a function of the active set and the point k alone, so once that
-// pair repeats the exchange can only run into its limit. Brent's cycle finder spots the repeat
-// (one comparison per round, a copy at powers of two); the cycle is then walked once more and the
-// narrowest candidate that holds every point within its own half width plus dTolerance ends the
-// fit. That annulus is the exact zone of a subset of the points (up to the tie tolerance), which
-// bounds the zone of all points from below: it is the minimum zone, to dTolerance on either side
-// (a point may lie dTolerance outside, as at every end of the exchange). When no candidate of the
-// cycle holds every point, the exchange goes on with the scan testing the first candidate alone
-// (the ties no longer count); it ends as the exchange does, with a first candidate that holds
-// every point. If that cycles too without such a candidate, no point is dropped any more: the
-// first candidate holds every active point, so each point the scan finds is new, the active set
-// grows, and the exchange ends at the latest with all points active. The limit counts every
-// round, so a low limit still ends in 212.
+// The exchange, with its cycle finder and its end tests, is shared with the sphere's shell
+// (numorix/fit/internal/zone_exchange.h).
 //
 // Collinear points have no unique annulus: the circle about the midpoint of the two extreme
 // points is taken. Points truly out of one plane (their plane's form error above 2 dTolerance)
@@ -40,6 +26,7 @@
 
 #include "numorix/curves/circle.h"
 #include "numorix/fit/internal/fit_frame.h"
+#include "numorix/fit/internal/zone_exchange.h"
 #include "numorix/foundation/exception.h"
 #include "numorix/foundation/int_array.h"
 #include "numorix/foundation/tolerance.h"
@@ -192,48 +179,6 @@ void FindMinimalAnnulus(double dLower, double dTolerance, const CNuPoint* p,
     }
 }
 
-const int kMaxActive = 10;
-
-// Brent's cycle finder over the states of the exchange: the point k and the active set, in order.
-// Repeats is given each state once; it keeps a copy of the state at the powers of two and reports
-// the first state equal to the copy, the distance from it being the length of the cycle.
-class CExchangeCycle {
-  public:
-    bool Repeats(int nK, const CNuIntArray& active) {
-        if (m_lPower == 0) {
-            Save(nK, active);
-            m_lPower = 1;
-            return false;
-        }
-        ++m_lLength;
-        if (Equals(nK, active)) return true;
-        if (m_lLength == m_lPower) {
-            Save(nK, active);
-            m_lPower *= 2;
-            m_lLength = 0;
-        }
-        return false;
-    }
-    long Length() const { return m_lLength; }
-
-  private:
-    void Save(int nK, const CNuIntArray& active) {
-        m_saved.Clear();
-        m_saved.Add(nK);
-        for (int i = 0; i < active.GetSize(); ++i)
-            m_saved.Add(active.GetData()[i]);
-    }
-    bool Equals(int nK, const CNuIntArray& active) const {
-        if (m_saved.GetSize() != active.GetSize() + 1 || m_saved.GetData()[0] != nK) return false;
-        return std::equal(active.GetData(), active.GetData() + active.GetSize(),
-                          m_saved.GetData() + 1);
-    }
-
-    CNuIntArray m_saved{kMaxActive + 2};
-    long m_lPower = 0;
-    long m_lLength = 0;
-};
-
 // Whether every point lies within the candidate's own half width plus dTolerance of its mean
 // radius; c holds the candidate's two points.
 bool CoversAll(const CNuPoint* c, double dTolerance, int n, const CNuPoint* p) {
@@ -241,20 +186,6 @@ bool CoversAll(const CNuPoint* c, double dTolerance, int n, const CNuPoint* p) {
     for (int i = 0; i < n; ++i)
         if (dLimit < std::fabs(Distance2D(p[i], c[0].x(), c[0].y()) - c[1].x())) return false;
     return true;
-}
-
-// Whether the active set holds every one of the n points. A point can be found outside a tied
-// candidate while it is active (the scan allows the first candidate's width, the tie its own), and
-// with a negative tolerance a point on the annulus counts as outside it; it then joins the set
-// twice, so the length of the set does not say how many points it holds.
-bool HoldsEveryPoint(const CNuIntArray& active, int n) {
-    const int* a = active.GetData();
-    int m = active.GetSize();
-    if (m < n) return false;
-    int nDistinct = 0;
-    for (int i = 0; i < m; ++i)
-        if (std::find(a, a + i, a[i]) == a + i) ++nDistinct;
-    return nDistinct >= n;
 }
 
 // Stored 211 unless every number of the finished zone is finite: squares of coordinates that
@@ -358,7 +289,7 @@ void CNuCircle::FitMinZone(const CNuPointArray& points, double* pdZone, double d
     }
     const CNuPoint* p = work.GetData();
 
-    CNuIntArray active(kMaxActive + 1);
+    CNuIntArray active(fit::kMaxActive + 1);
     CNuIntArray triple(3);
     if (work.IsNoncollinear(&triple, dTolerance) == eNuFalse)
         throw CNuBestfitException(11, "CNuCircle");
@@ -370,82 +301,13 @@ void CNuCircle::FitMinZone(const CNuPointArray& points, double* pdZone, double d
     CNuPointArray candidates(8);
     FindMinimalAnnulus(0.0, dTolerance, p, active, &quadruple, &candidates, lMaxIterations);
     long k = PointNotCovered(dTolerance, n, p, candidates);
-    long iter = 0;
-    CNuIntArray trialQuadruple(4);
-    CNuPointArray trialCandidates(8);
-    CExchangeCycle cycle;
-    long lWalk = 0;  // rounds of a found cycle still to be walked
-    CNuPointArray covering(2);
-    // After a cycle without a candidate that holds every point the scan tests the first candidate
-    // alone (1); after a second one no point is dropped either (2).
-    int nFallback = 0;
-    while (k != -1) {
-        if (!(iter < lMaxIterations)) throw CNuBestfitException(12, "CNuCircle");
-        ++iter;
-        int nK = static_cast<int>(k);
-        if (lWalk == 0 && cycle.Repeats(nK, active)) lWalk = cycle.Length();
-        active.Add(active.GetData()[0]);
-        active.GetData()[0] = nK;
-        FindMinimalAnnulus(0.0, dTolerance, p, active, &quadruple, &candidates, lMaxIterations);
-        if (candidates.GetSize() == 0)
-            FindMinimalAnnulus(0.0, dTolerance, p, active, &quadruple, &candidates, lMaxIterations);
-        if (lWalk > 0) {
-            const CNuPoint* c = candidates.GetData();
-            for (int m = 0; m < candidates.GetSize(); m += 2) {
-                bool bNarrower = covering.GetSize() == 0 || c[m + 1].y() < covering[1].y();
-                if (bNarrower && CoversAll(c + m, dTolerance, n, p)) {
-                    covering.Clear();
-                    covering.Add(c[m]);
-                    covering.Add(c[m + 1]);
-                }
-            }
-            if (--lWalk == 0) {
-                if (covering.GetSize() > 0) {
-                    candidates = covering;
-                    break;
-                }
-                if (nFallback == 2) throw CNuBestfitException(12, "CNuCircle");
-                ++nFallback;
-                cycle = CExchangeCycle();
-            }
-        }
-        if (HoldsEveryPoint(active, n)) break;
-        if (nFallback == 2) {
-            if (candidates.GetSize() > 2) candidates.Truncate(2);
-            k = PointNotCovered(dTolerance, n, p, candidates);
-            continue;
-        }
-
-        // k leads, then the rest of the best quadruple, then the other active points.
-        CNuIntArray list(active.GetSize());
-        list.Add(nK);
-        for (int i = 0; i < quadruple.GetSize(); ++i)
-            if (list.Find(quadruple.GetData()[i]) < 0) list.Add(quadruple.GetData()[i]);
-        int nFixed = list.GetSize();
-        for (int i = 0; i < active.GetSize() && list.GetSize() < kMaxActive; ++i)
-            if (list.Find(active.GetData()[i]) < 0) list.Add(active.GetData()[i]);
-
-        // An extra point whose removal leaves the annulus as it is is needless.
-        CNuIntArray kept(list.GetSize());
-        for (int i = 0; i < nFixed; ++i)
-            kept.Add(list.GetData()[i]);
-        for (int e = nFixed; e < list.GetSize(); ++e) {
-            CNuIntArray trial(kept);
-            for (int f = e + 1; f < list.GetSize(); ++f)
-                trial.Add(list.GetData()[f]);
-            trialCandidates.Clear();
-            FindMinimalAnnulus(0.0, dTolerance, p, trial, &trialQuadruple, &trialCandidates,
-                               lMaxIterations);
-            bool bNeedless =
-                trialCandidates.GetSize() == candidates.GetSize() && candidates.GetSize() > 0 &&
-                std::fabs(trialCandidates.GetData()[1].y() - candidates.GetData()[1].y()) <
-                    dTolerance;
-            if (!bNeedless) kept.Add(list.GetData()[e]);
-        }
-        active = kept;
-        if (nFallback == 1 && candidates.GetSize() > 2) candidates.Truncate(2);
-        k = PointNotCovered(dTolerance, n, p, candidates);
-    }
+    fit::RunExchange(
+        n, k, dTolerance, lMaxIterations, "CNuCircle", &active, &quadruple, &candidates,
+        [&](const CNuIntArray& set, CNuIntArray* pSupport, CNuPointArray* pList) {
+            FindMinimalAnnulus(0.0, dTolerance, p, set, pSupport, pList, lMaxIterations);
+        },
+        [&](const CNuPointArray& list) { return PointNotCovered(dTolerance, n, p, list); },
+        [&](const CNuPoint* c) { return CoversAll(c, dTolerance, n, p); });
     if (candidates.GetSize() == 0) throw CNuBestfitException(9, "CNuCircle", 0);
 
     const CNuPoint* c = candidates.GetData();

@@ -16,6 +16,7 @@
 #include "numorix/geometry/plane.h"
 #include "numorix/linalg/matrix.h"
 #include "numorix/linalg/vector.h"
+#include "numorix/surfaces/sph_surf.h"
 #include "numorix/surfaces/con_surf.h"
 #include "numorix/surfaces/surface.h"
 
@@ -328,6 +329,10 @@ double CNuPoint::DistanceTo(const CNuCurve& curve) const {
 
 double CNuPoint::DistanceTo(const CNuSurface& surface) const {
     switch (surface.GetType()) {
+        case eTypeSphSurf: {
+            const CNuSphSurf& sphere = static_cast<const CNuSphSurf&>(surface);
+            return std::fabs(DistanceTo(sphere.GetCentre()) - sphere.GetRadius());
+        }
         case eTypeConSurf: {
             // Measured from the apex: |r cos(alpha) - h sin(alpha)|.
             SConeView v = ViewFromCone(*this, static_cast<const CNuConSurf&>(surface));
@@ -351,6 +356,14 @@ CNuPoint CNuPoint::ProjectionOn(const CNuPlane& plane) const {
 
 CNuPoint CNuPoint::ProjectionOn(const CNuSurface& surface) const {
     switch (surface.GetType()) {
+        case eTypeSphSurf: {
+            // Along the ray from the centre; a point at the centre has no ray and stays there.
+            const CNuSphSurf& sphere = static_cast<const CNuSphSurf&>(surface);
+            CNuPoint centre = sphere.GetCentre();
+            CNuVector direction = (*this - centre).To3DVector();
+            direction.Normalise();
+            return centre + (direction * sphere.GetRadius()).To3DPoint();
+        }
         case eTypeConSurf: {
             // Behind the apex the other nappe is the near one: the axis turns round. The foot
             // lies on the generator in the half-plane of the point, the signed distance
@@ -509,6 +522,12 @@ CNuGeometry::ESurfaceSideType CNuPoint::SurfaceSide(const CNuGeometry& surface, 
             if (dTol > std::fabs(dOffset)) return eSurfaceSideOn;
             return dOffset <= 0.0 ? eSurfaceSideInner : eSurfaceSideOuter;
         }
+        case eTypeSphSurf: {
+            const CNuSphSurf& sphere = static_cast<const CNuSphSurf&>(surface);
+            double dCentre = DistanceTo(sphere.GetCentre());
+            if (dTol > std::fabs(dCentre - sphere.GetRadius())) return eSurfaceSideOn;
+            return dCentre <= sphere.GetRadius() ? eSurfaceSideInner : eSurfaceSideOuter;
+        }
         case eTypeConSurf: {
             // Inside when the distance from the axis is at most h tan(alpha).
             SConeView v = ViewFromCone(*this, static_cast<const CNuConSurf&>(surface));
@@ -517,7 +536,7 @@ CNuGeometry::ESurfaceSideType CNuPoint::SurfaceSide(const CNuGeometry& surface, 
             return v.r <= dInside ? eSurfaceSideInner : eSurfaceSideOuter;
         }
         default:
-            // Cylinders and spheres are not part of the library yet.
+            // Cylinders are not part of the library yet.
             Unsupported("CNuPoint::SurfaceSide()");
     }
 }

@@ -91,6 +91,19 @@ inline double BrutePlaneZone(const CNuPointArray& points) {
     return dBest;
 }
 
+// n points about the sphere of radius dRadius centred at the frame's origin, within dCap radians
+// of its z axis (uniform over that cap), their radii spread uniformly over dRadius +- dSpread.
+inline CNuPointArray SpherePoints(Random& rng, const Frame& f, double dRadius, int n, double dCap,
+                                  double dSpread) {
+    CNuPointArray points(n);
+    for (int i = 0; i < n; ++i) {
+        double c = rng.Uniform(std::cos(dCap), 1.0), s = std::sqrt(1.0 - c * c);
+        double phi = rng.Uniform(0.0, 2.0 * M_PI), r = dRadius + rng.Uniform(-dSpread, dSpread);
+        points.Add(f.World(r * s * std::cos(phi), r * s * std::sin(phi), r * c));
+    }
+    return points;
+}
+
 // The rule of an iteration or exchange limit: reaching it is not convergence. Finds the least
 // limit in [1, lMax] at which fitEx(limit) succeeds, then expects one less to raise 212 located
 // pszLocation through fit(limit) and to give eNuFitNotConverged through fitEx(limit), with the

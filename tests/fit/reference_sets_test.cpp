@@ -1,11 +1,12 @@
 // The certified PTB TraCIM sets the library is validated on, held to PTB's acceptance limits:
-// least-squares lines, planes, circles, cylinders and cones (b01-b37) and minimum-zone lines, circles,
-// planes and cylinders (C01-C26, C37-C50). Positions are distances from PTB's point to the fitted
-// line, plane, axis or centre, since the point on a line, plane or axis is arbitrary.
+// least-squares lines, planes, circles, cylinders, cones and spheres (b01-b44) and minimum-zone
+// lines, circles, planes, spheres and cylinders (C01-C50). Positions are distances from PTB's point
+// to the fitted line, plane, axis or centre, since the point on a line, plane or axis is arbitrary.
 #include "fit_test_support.h"
 #include "numorix/curves/circle.h"
 #include "numorix/surfaces/con_surf.h"
 #include "numorix/surfaces/cyl_surf.h"
+#include "numorix/surfaces/sph_surf.h"
 
 namespace numorix {
 namespace {
@@ -133,6 +134,48 @@ TEST(ReferenceSets, EveryCertifiedLeastSquaresConeMeetsPtbLimits) {
         EXPECT_LT(axis % CNuVector(a[3], a[4], a[5]), 0.0) << id << ": into the opening";
         EXPECT_NEAR(dRadius, a[6], test::kPtbPosition) << id;
         EXPECT_NEAR(2.0 * dAlpha, a[7] * M_PI / 180.0, test::kPtbAngle) << id;
+    }
+}
+
+// The answers of the least-squares spheres hold the centre and the radius.
+TEST(ReferenceSets, EveryCertifiedLeastSquaresSphereMeetsPtbLimits) {
+    if (test::RefDataDir().empty()) GTEST_SKIP() << "NUMORIX_REFDATA not set: no PTB data";
+    for (int k = 38; k <= 44; ++k) {
+        const std::string id = "b" + std::to_string(k);
+        CNuPointArray points;
+        std::vector<double> a;
+        if (!test::ReadTracimSet("ptb-tracim-gauss", id, 4, &points, &a))
+            GTEST_SKIP() << "PTB set " << id << " absent from " << test::RefDataDir();
+        CNuSphSurf sphere(1.0);
+        ASSERT_EQ(sphere.FitEx(points, 100), eNuFitOk) << id;
+        EXPECT_LT(test::Gap(sphere.GetCentre(), CNuPoint(a[0], a[1], a[2])), test::kPtbPosition)
+            << id;
+        EXPECT_NEAR(sphere.GetRadius(), a[3], test::kPtbPosition) << id;
+    }
+}
+
+// The answers of the minimum-zone spheres hold the centre, three unused figures, the mean radius
+// and the width of the zone.
+TEST(ReferenceSets, EveryCertifiedMinimumZoneSphereMeetsPtbLimits) {
+    if (test::RefDataDir().empty()) GTEST_SKIP() << "NUMORIX_REFDATA not set: no PTB data";
+    for (int k = 27; k <= 36; ++k) {
+        const std::string id = "C" + std::to_string(k);
+        CNuPointArray points;
+        std::vector<double> a;
+        if (!test::ReadTracimSet("ptb-tracim-chebyshev", id, 8, &points, &a))
+            GTEST_SKIP() << "PTB set " << id << " absent from " << test::RefDataDir();
+        CNuSphSurf sphere(1.0);
+        double dZone = 0.0;
+        try {
+            sphere.FitMinZone(points, &dZone, 1e-12, 1000);
+        } catch (const CNuException& e) {
+            ADD_FAILURE() << id << " refused: " << test::MessageOf(e);
+            continue;
+        }
+        EXPECT_LT(test::Gap(sphere.GetCentre(), CNuPoint(a[0], a[1], a[2])), test::kPtbPosition)
+            << id;
+        EXPECT_NEAR(sphere.GetRadius(), a[6], test::kPtbPosition) << id;
+        EXPECT_NEAR(dZone, a[7], test::kPtbForm) << id;
     }
 }
 

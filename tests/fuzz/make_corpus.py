@@ -10,7 +10,7 @@ import random
 HERE = os.path.dirname(os.path.abspath(__file__))
 BINARY = ["fit_line_fuzz", "fit_plane_fuzz", "fit_circle_fuzz", "poly_roots_fuzz",
           "linalg_fuzz", "point_array_fuzz"]
-LATER_BINARY = ["fit_cylinder_fuzz", "fit_cone_fuzz", "constrained_l1_fuzz"]
+LATER_BINARY = ["fit_cylinder_fuzz", "fit_cone_fuzz", "constrained_l1_fuzz", "fit_sphere_fuzz"]
 TEXTS = [
     "0 0 0\n1 0 0\n2 0.001 0\n", "0,0\n1,1\n2,2\n", "# header\n\n1 2 3 # note\n4\t5\t6\r\n",
     "1 2\n", "1 2 3 4\n", "x y z\n", "1e308 1e308 0\n", "1e999 0 0\n", "nan 0 0\n",
