@@ -299,6 +299,9 @@ std::vector<Result> FitSphere(const CNuPointArray& points, const Options& o) {
         r.dRadius = sphere.GetRadius();
         r.dZone = dZone;
     }));
+    return results;
+}
+
 // The cone by least squares; its location is the apex, its direction the axis into the opening.
 std::vector<Result> FitCone(const CNuPointArray& points, const Options& o) {
     std::vector<Result> results;
