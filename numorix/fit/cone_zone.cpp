@@ -81,7 +81,10 @@ SV3 Normal(SV3 a) {
 class CConeModel : public fit::CMinimaxModel {
   public:
     CConeModel(std::vector<SV3> points, SV3 axisPoint, SV3 axis, double dTheta, double dRadius)
-        : m_points(std::move(points)), m_p0(axisPoint), m_a(Unit(axis)), m_dTheta(dTheta),
+        : m_points(std::move(points)),
+          m_p0(axisPoint),
+          m_a(Unit(axis)),
+          m_dTheta(dTheta),
           m_dS(dRadius) {
         Frame();
         // A tilt of the axis about P0 and a turn of the generators move the surface at a point
