@@ -6,6 +6,7 @@
 // is not beaten by any nearby cone, its distances recomputed here in Eigen.
 #include <algorithm>
 #include <cmath>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -297,6 +298,28 @@ TEST(ConeZone, HoldsEveryPointNoWiderThanLeastSquaresAndNoNearbyConeIsThinner) {
             }
             EXPECT_GE(dThinnest, dZone * (1.0 - kZoneOptimality) - kZoneRounding);
         }
+    }
+}
+
+// PTB's least-squares cones b26-b37 (3 to 87 degrees, 10 to 48 points) as measured data: each
+// zone lies between bounding cones that hold all points and is narrower than the form error.
+TEST(ConeZone, PtbConesHaveZonesBetweenTheirBoundingConesNarrowerThanTheirForm) {
+    if (test::RefDataDir().empty()) GTEST_SKIP() << "NUMORIX_REFDATA not set: no PTB data";
+    for (int k = 26; k <= 37; ++k) {
+        const std::string id = "b" + std::to_string(k);
+        CNuPointArray points;
+        std::vector<double> a;
+        if (!test::ReadTracimSet("ptb-tracim-gauss", id, 8, &points, &a))
+            GTEST_SKIP() << "PTB set " << id << " absent from " << test::RefDataDir();
+        CNuConSurf ls(45.0), zone(45.0), inner(10.0), outer(10.0);
+        double dForm = 0.0, dSum = 0.0, dZone = -1.0;
+        ls.Fit(points, &dForm, &dSum, kIterations);
+        ASSERT_EQ(zone.FitMinZoneEx(points, &dZone, &inner, &outer, kZoneTol, kIterations),
+                  eNuFitOk)
+            << id;
+        EXPECT_LT(dZone, dForm) << id;
+        EXPECT_LE(DistanceRange(points, Shape(outer)).second, kZoneRounding) << id << " outside";
+        EXPECT_GE(DistanceRange(points, Shape(inner)).first, -kZoneRounding) << id << " inside";
     }
 }
 
