@@ -302,19 +302,30 @@ std::vector<Result> FitSphere(const CNuPointArray& points, const Options& o) {
     return results;
 }
 
-// The cone by least squares; its location is the apex, its direction the axis into the opening.
+// The cones by least squares and the narrowest pair of coaxial cones of one angle; the location
+// is the apex, the direction the axis into the opening.
 std::vector<Result> FitCone(const CNuPointArray& points, const Options& o) {
     std::vector<Result> results;
+    auto store = [](Result& r, const numorix::CNuConSurf& cone) {
+        r.location = cone.GetApex();
+        r.direction = AsPoint(cone.GetAxisDirection());
+        r.dSemiAngle = cone.GetSemiAngle();
+    };
     results.push_back(Attempt("least squares", o.dTolerance, [&](Result& r) {
         numorix::CNuConSurf cone(45.0);
         double dForm = 0.0;
         double dSumSquares = 0.0;
         cone.Fit(points, &dForm, &dSumSquares, o.lMaxIterations);
-        r.location = cone.GetApex();
-        r.direction = AsPoint(cone.GetAxisDirection());
-        r.dSemiAngle = cone.GetSemiAngle();
+        store(r, cone);
         r.dForm = dForm;
         r.dSumSquares = dSumSquares;
+    }));
+    results.push_back(Attempt("minimum zone", o.dTolerance, [&](Result& r) {
+        numorix::CNuConSurf cone(45.0);
+        double dZone = 0.0;
+        cone.FitMinZone(points, &dZone, o.dTolerance, o.lMaxIterations);
+        store(r, cone);
+        r.dZone = dZone;
     }));
     return results;
 }

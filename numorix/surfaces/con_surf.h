@@ -13,7 +13,11 @@
 //                  same cone seen from the other side: the axis is reversed.
 //   FitMinZone     min (d_out - d_in), the narrowest pair of coaxial cones of one angle holding
 //                  the points, by a sequence of linearised problems solved under constraints
-//                  in the L1 sense.
+//                  in the L1 sense, from the least-squares cone; points whose least-squares form
+//                  error is below the tolerance give that cone and a zone of 0. The fitted cone
+//                  lies halfway; the six-argument form also gives the inner and outer cones, its
+//                  apex moved along the axis by half the zone over sin(alpha) into and out of
+//                  the opening (null pointers are not written).
 #ifndef NUMORIX_SURFACES_CON_SURF_H
 #define NUMORIX_SURFACES_CON_SURF_H
 

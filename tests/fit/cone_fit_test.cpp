@@ -1,9 +1,13 @@
 // The cone and its least-squares fit: checks in their order, exact cones recovered (opening
 // either way along a snapped axis, narrow and wide, through six points), the limit, cones that
 // degenerate towards a cylinder or a plane, and random measured cones beside an independent
-// orthogonal-distance fit.
+// orthogonal-distance fit. The minimum zone: refusals, data on a cone within the tolerance, and
+// random measured cones whose zone holds every point, is no wider than the least-squares form and
+// is not beaten by any nearby cone, its distances recomputed here in Eigen.
 #include <algorithm>
 #include <cmath>
+#include <string>
+#include <utility>
 #include <vector>
 
 #include "cone_oracle.h"
@@ -169,6 +173,153 @@ TEST(ConeFit, AgreesWithAnIndependentFitOnRandomMeasuredConesAndCountsItsLimit) 
             test::ExpectLimitRule([&](long l) { cone.Fit(points, l); },
                                   [&](long l) { return cone.FitEx(points, l); }, 200, "CNuConSurf");
         }
+    }
+}
+
+// ---- The minimum zone ----
+
+// A cone as apex, unit axis into the opening and semi-angle in radians; the smallest and largest
+// signed distance |w x a| cos(alpha) - (w . a) sin(alpha) of the points from it.
+struct SConeShape {
+    Eigen::Vector3d apex, axis;
+    double dAngle;
+};
+SConeShape Shape(const CNuConSurf& c) {
+    const CNuPoint p = c.GetApex();
+    const CNuVector a = c.GetAxisDirection();
+    return {{p.x(), p.y(), p.z()},
+            Eigen::Vector3d(a[0], a[1], a[2]).normalized(),
+            c.GetSemiAngle() * M_PI / 180.0};
+}
+std::pair<double, double> DistanceRange(const CNuPointArray& points, const SConeShape& c) {
+    std::pair<double, double> range(1e300, -1e300);
+    for (int i = 0; i < points.GetSize(); ++i) {
+        const Eigen::Vector3d w =
+            Eigen::Vector3d(points[i].x(), points[i].y(), points[i].z()) - c.apex;
+        const double d =
+            w.cross(c.axis).norm() * std::cos(c.dAngle) - w.dot(c.axis) * std::sin(c.dAngle);
+        range = {std::min(range.first, d), std::max(range.second, d)};
+    }
+    return range;
+}
+
+constexpr double kZoneTol = 1e-9;
+// Rounding of distances recomputed for points of size 30 up to 1e3 from the origin.
+constexpr double kZoneRounding = 1e-9;
+// How much thinner, relative to the zone, a perturbed cone may hold the points: the driver
+// resolves 1e-9 of the half width, and near the optimum a move of r changes the zone by r^2.
+constexpr double kZoneOptimality = 1e-7;
+
+TEST(ConeZone, RefusesBadDataInOrderAndReportsFailuresInsideAsNotConverged) {
+    const CNuPointArray five =
+        test::Points({{0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {0, 0, 1}, {1, 1, 1}});
+    const CNuPointArray flat =
+        test::Points({{0, 0, 0}, {1, 0, 0}, {1, 1, 0}, {0, 1, 0}, {2, 3, 0}, {5, -1, 0}});
+    CNuPointArray repeated = five, bad = five, bent = flat;
+    repeated.Append(five.SubArray(0, 1));
+    bad.Add(CNuPoint(0, 0, std::nan("")));
+    bent.Add(CNuPoint(3, 3, 1e-13));  // coplanar for the start's length tolerance 1e-12, not for 0
+    test::Random rng;
+    const CNuPointArray measured =
+        ConePoints(rng, test::RandomFrame(rng), 30.0, 1, 40, 5.0, 20.0, 6.0, 1e-3);
+    CNuConSurf c(30.0);
+    double dZone = -1.0;
+    test::ExpectFailures<CNuBestfitException>({
+        {[&] { c.FitMinZone(bad, &dZone, kZoneTol, 0); }, 213, nullptr, "CNuConSurf"},
+        {[&] { c.FitMinZoneEx(bad, &dZone, nullptr, nullptr, kZoneTol, -1); }, 213, nullptr,
+         "CNuConSurf"},
+        {[&] { c.FitMinZone(bad, &dZone, kZoneTol, 10); }, 214, nullptr, "CNuConSurf", 5},
+        {[&] { c.FitMinZone(five, &dZone, std::nan(""), 10); }, 211, nullptr, "CNuConSurf"},
+        {[&] { c.FitMinZone(five, &dZone, kZoneTol, 10); }, 201, nullptr, "CNuConSurf", 6},
+        {[&] { c.FitMinZone(flat, &dZone, kZoneTol, 10); }, 204, nullptr, "CNuConSurf", 4},
+        {[&] { c.FitMinZone(repeated, &dZone, kZoneTol, 10); }, 202, nullptr, "CNuConSurf", 6},
+        {[&] { c.FitMinZone(bent, &dZone, 0.0, 10); }, 212, nullptr, "CNuConSurf"},
+        {[&] { c.FitMinZone(measured, &dZone, kZoneTol, 1); }, 212, nullptr, "CNuConSurf"},
+    });
+    const double dSaved = NuGetLengthTol();
+    EXPECT_EQ(
+        std::vector<double>({dZone, double(c.FitMinZoneEx(measured, &dZone, kZoneTol, 1)),
+                             double(c.FitMinZoneEx(flat, &dZone, kZoneTol, 10)), NuGetLengthTol()}),
+        std::vector<double>({-1.0, double(eNuFitNotConverged), double(eNuFitFailed), dSaved}));
+}
+
+// Rows with a tolerance above the least-squares form are that cone with zone 0 and no driver.
+TEST(ConeZone, HoldsEveryPointNoWiderThanLeastSquaresAndNoNearbyConeIsThinner) {
+    const struct {
+        double dDegrees, dCoverage, dDistance, dNoise;
+        int n;
+        bool bWithinTolerance;
+    } cases[] = {{3.0, 1.0, 0.0, 1e-3, 40, false},   {30.0, 0.25, 1e3, 1e-3, 40, false},
+                 {60.0, 0.5, 1e2, 1e-2, 30, false},  {80.0, 1.0, 1e3, 1e-3, 60, false},
+                 {20.0, 1.0, 0.0, 1e-4, 300, false}, {45.0, 0.5, 0.0, 5e-2, 12, false},
+                 {3.0, 0.7, 1e2, 1e-4, 30, true},    {75.0, 0.7, 1e2, 1e-4, 30, true}};
+    test::Random rng;
+    for (const auto& c : cases) {
+        for (int trial = 0; trial < 3; ++trial) {
+            SCOPED_TRACE(testing::Message() << c.dDegrees << " degrees, coverage " << c.dCoverage
+                                            << ", " << c.dDistance << " from the origin, noise "
+                                            << c.dNoise << ", trial " << trial);
+            test::Frame f = test::RandomFrame(rng);
+            CNuVector shift = test::RandomDirection(rng);
+            shift.Normalise();
+            f.origin = f.origin + (shift * c.dDistance).To3DPoint();
+            const CNuPointArray points = ConePoints(rng, f, c.dDegrees, 1, c.n, 10.0, 30.0,
+                                                    2.0 * M_PI * c.dCoverage, c.dNoise);
+            CNuConSurf ls(45.0), zone(45.0), inner(10.0), outer(10.0);
+            double dForm = 0.0, dSum = 0.0, dZone = -1.0;
+            ls.Fit(points, &dForm, &dSum, kIterations);
+            const double dTol = c.bWithinTolerance ? 1.01 * dForm : kZoneTol;
+            ASSERT_EQ(zone.FitMinZoneEx(points, &dZone, &inner, &outer, dTol, kIterations),
+                      eNuFitOk);
+            if (c.bWithinTolerance) {
+                EXPECT_EQ(std::vector<double>({dZone, zone.GetSemiAngle(), inner.GetApex().x(),
+                                               outer.GetApex().y()}),
+                          std::vector<double>(
+                              {0.0, ls.GetSemiAngle(), ls.GetApex().x(), ls.GetApex().y()}));
+                continue;
+            }
+            // The bounding cones, half the zone off the fitted one, hold the points between them.
+            EXPECT_LE(dZone, dForm + kZoneRounding);
+            EXPECT_LE(DistanceRange(points, Shape(outer)).second, kZoneRounding) << "outside";
+            EXPECT_GE(DistanceRange(points, Shape(inner)).first, -kZoneRounding) << "inside";
+            // Apex, axis and angle moved by up to the zone (over the data's size 30 for angles).
+            auto jitter = [&] {
+                return Eigen::Vector3d(rng.Uniform(-1, 1), rng.Uniform(-1, 1), rng.Uniform(-1, 1));
+            };
+            double dThinnest = 1e300;
+            for (int k = 0; k < 150; ++k) {
+                const double s = dZone * std::pow(10.0, -(k % 3));
+                SConeShape moved = Shape(zone);
+                moved.apex += s * jitter();
+                moved.axis = (moved.axis + s / 30.0 * jitter()).normalized();
+                moved.dAngle += s / 30.0 * rng.Uniform(-1, 1);
+                const auto r = DistanceRange(points, moved);
+                dThinnest = std::min(dThinnest, r.second - r.first);
+            }
+            EXPECT_GE(dThinnest, dZone * (1.0 - kZoneOptimality) - kZoneRounding);
+        }
+    }
+}
+
+// PTB's least-squares cones b26-b37 (3 to 87 degrees, 10 to 48 points) as measured data: each
+// zone lies between bounding cones that hold all points and is narrower than the form error.
+TEST(ConeZone, PtbConesHaveZonesBetweenTheirBoundingConesNarrowerThanTheirForm) {
+    if (test::RefDataDir().empty()) GTEST_SKIP() << "NUMORIX_REFDATA not set: no PTB data";
+    for (int k = 26; k <= 37; ++k) {
+        const std::string id = "b" + std::to_string(k);
+        CNuPointArray points;
+        std::vector<double> a;
+        if (!test::ReadTracimSet("ptb-tracim-gauss", id, 8, &points, &a))
+            GTEST_SKIP() << "PTB set " << id << " absent from " << test::RefDataDir();
+        CNuConSurf ls(45.0), zone(45.0), inner(10.0), outer(10.0);
+        double dForm = 0.0, dSum = 0.0, dZone = -1.0;
+        ls.Fit(points, &dForm, &dSum, kIterations);
+        ASSERT_EQ(zone.FitMinZoneEx(points, &dZone, &inner, &outer, kZoneTol, kIterations),
+                  eNuFitOk)
+            << id;
+        EXPECT_LT(dZone, dForm) << id;
+        EXPECT_LE(DistanceRange(points, Shape(outer)).second, kZoneRounding) << id << " outside";
+        EXPECT_GE(DistanceRange(points, Shape(inner)).first, -kZoneRounding) << id << " inside";
     }
 }
 
