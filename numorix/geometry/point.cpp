@@ -16,8 +16,9 @@
 #include "numorix/geometry/plane.h"
 #include "numorix/linalg/matrix.h"
 #include "numorix/linalg/vector.h"
-#include "numorix/surfaces/sph_surf.h"
 #include "numorix/surfaces/con_surf.h"
+#include "numorix/surfaces/cyl_surf.h"
+#include "numorix/surfaces/sph_surf.h"
 #include "numorix/surfaces/surface.h"
 
 namespace numorix {
@@ -89,6 +90,19 @@ CNuVector Across(const CNuPoint& p, const SConeView& v) {
         axis.OrthonormalX(&across);
     }
     return across;
+}
+
+// The distance of p from a cylinder's axis: sqrt(w . w - h^2) for w = p - axis point and h its
+// part along the unit axis, 0 where rounding makes the square negative.
+double FromCylinderAxis(const CNuPoint& p, const CNuCylSurf& cylinder) {
+    CNuPoint q = cylinder.GetAxisPoint();
+    CNuVector a = cylinder.GetAxisDirection();
+    double dx = p.x() - q.x();
+    double dy = p.y() - q.y();
+    double dz = p.z() - q.z();
+    double h = OffsetDot(p, q, a);
+    double dSquare = dx * dx + dy * dy + dz * dz - h * h;
+    return dSquare > 0.0 ? std::sqrt(dSquare) : 0.0;
 }
 
 // A point farther than dTol from a curve's plane is refused.
@@ -329,6 +343,10 @@ double CNuPoint::DistanceTo(const CNuCurve& curve) const {
 
 double CNuPoint::DistanceTo(const CNuSurface& surface) const {
     switch (surface.GetType()) {
+        case eTypeCylSurf: {
+            const CNuCylSurf& cylinder = static_cast<const CNuCylSurf&>(surface);
+            return std::fabs(FromCylinderAxis(*this, cylinder) - cylinder.GetRadius());
+        }
         case eTypeSphSurf: {
             const CNuSphSurf& sphere = static_cast<const CNuSphSurf&>(surface);
             return std::fabs(DistanceTo(sphere.GetCentre()) - sphere.GetRadius());
@@ -356,6 +374,20 @@ CNuPoint CNuPoint::ProjectionOn(const CNuPlane& plane) const {
 
 CNuPoint CNuPoint::ProjectionOn(const CNuSurface& surface) const {
     switch (surface.GetType()) {
+        case eTypeCylSurf: {
+            // From the foot on the axis out along the direction to the point; a point on the axis
+            // goes out along OrthonormalX of the axis.
+            const CNuCylSurf& cylinder = static_cast<const CNuCylSurf&>(surface);
+            CNuPoint foot = ProjectionOn(cylinder.GetAxis());
+            CNuVector direction;
+            if (IsEqual(foot, NuGetTol())) {
+                cylinder.GetAxisDirection().OrthonormalX(&direction);
+            } else {
+                direction = (*this - foot).To3DVector();
+                direction.Normalise();
+            }
+            return foot + (direction * cylinder.GetRadius()).To3DPoint();
+        }
         case eTypeSphSurf: {
             // Along the ray from the centre; a point at the centre has no ray and stays there.
             const CNuSphSurf& sphere = static_cast<const CNuSphSurf&>(surface);
@@ -522,6 +554,12 @@ CNuGeometry::ESurfaceSideType CNuPoint::SurfaceSide(const CNuGeometry& surface, 
             if (dTol > std::fabs(dOffset)) return eSurfaceSideOn;
             return dOffset <= 0.0 ? eSurfaceSideInner : eSurfaceSideOuter;
         }
+        case eTypeCylSurf: {
+            const CNuCylSurf& cylinder = static_cast<const CNuCylSurf&>(surface);
+            double dAxis = FromCylinderAxis(*this, cylinder);
+            if (dTol > std::fabs(dAxis - cylinder.GetRadius())) return eSurfaceSideOn;
+            return dAxis <= cylinder.GetRadius() ? eSurfaceSideInner : eSurfaceSideOuter;
+        }
         case eTypeSphSurf: {
             const CNuSphSurf& sphere = static_cast<const CNuSphSurf&>(surface);
             double dCentre = DistanceTo(sphere.GetCentre());
@@ -536,7 +574,6 @@ CNuGeometry::ESurfaceSideType CNuPoint::SurfaceSide(const CNuGeometry& surface, 
             return v.r <= dInside ? eSurfaceSideInner : eSurfaceSideOuter;
         }
         default:
-            // Cylinders are not part of the library yet.
             Unsupported("CNuPoint::SurfaceSide()");
     }
 }
