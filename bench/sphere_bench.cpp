@@ -123,6 +123,7 @@ BENCHMARK(BM_EigenOdrSphere1e6)->Unit(benchmark::kMillisecond);
         numorix::bench::ComparePeers("BM_SphereMaxInscribed" #N, "BM_SphereLs" #N, "report");
 NUMORIX_SPHERE_CHEBYSHEV(1e3, 1000)
 NUMORIX_SPHERE_CHEBYSHEV(1e4, 10000)
+NUMORIX_SPHERE_CHEBYSHEV(1e5, 100000)
 
 const bool kLeastSquaresPairs =
     numorix::bench::ComparePeers("BM_SphereFit1e5", "BM_EigenOdrSphere1e5", "report") &&

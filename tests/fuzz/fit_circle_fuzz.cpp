@@ -1,6 +1,6 @@
 // Fuzz target: every fit of a circle (least squares, minimum circumscribed, maximum inscribed,
-// minimum zone with and without the bounding circles, and their Ex forms) on decoded points,
-// tolerances and iteration limits.
+// minimum zone with and without the bounding circles, and their Ex forms), and the torus tube that
+// holds a circle's points in space, on decoded points, tolerances and iteration limits.
 //
 // Whatever the input: a refusal is one of the library's exceptions (stored 214 naming the first
 // NaN or infinite coordinate). On data of representable size a returned circle has a finite
@@ -8,10 +8,11 @@
 // the circle, up to the tolerance and rounding: the minimum circumscribed circle holds every
 // point; no point lies inside
 // the maximum inscribed circle; every point lies in the annulus of the zone and between the
-// bounding circles.
+// bounding circles; every point lies within the tube's minor radius of its circle.
 #include "fuzz_support.h"
 
 using numorix::CNuCircle;
+using numorix::CNuTorSurf;
 
 namespace {
 
@@ -28,6 +29,20 @@ void CheckBetween(const fuzz::CNuPointArray& points, const CNuCircle& circle, fu
                         circle.GetRadius());
 }
 
+// The smallest tube: finite, and every point within its minor radius of its circle.
+void CheckTube(const fuzz::CNuPointArray& points, const CNuTorSurf& torus, fuzz::Real dSlack) {
+    NUMORIX_FUZZ_CHECK(fuzz::IsFinite(torus.GetCentre()) && fuzz::IsUnit(torus.GetAxisDirection()));
+    const fuzz::Real R = torus.GetMajorRadius(), a = torus.GetMinorRadius();
+    NUMORIX_FUZZ_CHECK(std::isfinite(torus.GetMajorRadius()) && R > 0.0L && a >= 0.0L &&
+                       std::isfinite(torus.GetMinorRadius()));
+    auto fromCircle = [&](const numorix::CNuPoint& p) {
+        const fuzz::Real h = fuzz::Along(p, torus.GetCentre(), torus.GetAxisDirection());
+        const fuzz::Real rho = fuzz::Across(p, torus.GetCentre(), torus.GetAxisDirection());
+        return std::sqrt((rho - R) * (rho - R) + h * h);
+    };
+    fuzz::CheckBand(points, fromCircle, 0.0L, a, dSlack + 1e-9L * R);
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t nSize) {
@@ -38,9 +53,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t nSize) {
     const bool bCheck = fuzz::Representable(points);
     fuzz::Real dSlack = fuzz::Slack(dTolerance, points);
     const fuzz::Real kAll = std::numeric_limits<fuzz::Real>::max();
-    const int nOperation = fuzz::Dump("operation", fdp.ConsumeIntegralInRange<int>(0, 9));
+    const int nOperation = fuzz::Dump("operation", fdp.ConsumeIntegralInRange<int>(0, 10));
     const bool bBounds = nOperation == 5 || (nOperation == 9 && fdp.ConsumeBool());
     CNuCircle circle(1.0), inner(1.0), outer(1.0);
+    CNuTorSurf torus(1.0, 1.0);
     double dZone = -1.0, dForm = -1.0, dSumSquares = -1.0;
     bool bDone = false;
     switch (nOperation) {
@@ -65,6 +81,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t nSize) {
             break;
         case 7: bDone = fuzz::FitEx(points, 1, [&] { return circle.FitMinEx(points, dTolerance); }); break;
         case 8: bDone = fuzz::FitEx(points, 1, [&] { return circle.FitMaxEx(points, dTolerance); }); break;
+        case 10:
+            bDone = fuzz::FitEx(points, lMax, [&] { return torus.FitMinEx(points, dTolerance, lMax); });
+            if (bDone && bCheck) CheckTube(points, torus, fuzz::Slack(dTolerance, points));
+            return 0;
         default:
             bDone = fuzz::FitEx(points, lMax, [&] {
                 return bBounds ? circle.FitMinZoneEx(points, &dZone, &inner, &outer, dTolerance, lMax)
