@@ -9,7 +9,8 @@
 //              (expanding det [s x y z 1; s_i x_i y_i z_i 1] = 0 along its first row gives
 //              s D0 - x D1 + y D2 - z D3 + D4 = 0), the centre is (D1, -D2, D3) / (2 D0) and
 //              R = sqrt(D1^2 + D2^2 + D3^2 - 4 D0 D4) / (2 |D0|). When 2 D0 is below NuGetZero()
-//              in magnitude the centre stays at the world origin. No iteration.
+//              in magnitude the centre stays at the world origin. No iteration. A radius or
+//              centre that is not a finite number (D0 = 0) is refused with stored 211.
 //   n > 4      the algebraic sphere |P|^2 = 2 C . P - c about the mean point, linear in (C, c),
 //              as start; then the undamped Gauss-Newton loop on the rows
 //                ((C - P_i) / d_i, -1) step = R - d_i.
@@ -146,6 +147,11 @@ void CNuSphSurf::Fit(const CNuPointArray& points, long lMaxIterations) {
         fit::GaussNewton(lMaxIterations, kLocation, jacobian, rhs, build, apply, threshold);
     }
 
+    // Four points that the coplanarity test passes by rounding (a duplicate 4e-12 off the plane of
+    // the others) have D0 = 0: the radius is 0 / 0 or infinite, and no sphere is stored.
+    if (!std::isfinite(dRadius) || !std::isfinite(adCentre[0]) || !std::isfinite(adCentre[1]) ||
+        !std::isfinite(adCentre[2]))
+        throw CNuBestfitException(11, kLocation);
     m_dRadius = dRadius;
     SetPosition(CNuPoint(adCentre[0], adCentre[1], adCentre[2]), CNuVector(1.0, 0.0, 0.0),
                 CNuVector(0.0, 0.0, 1.0));

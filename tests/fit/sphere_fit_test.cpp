@@ -45,6 +45,12 @@ TEST(SphereFit, RefusesBadDataWithCauseLocationAndCarriedValueInOrder) {
     const CNuPointArray three = test::Points({{0, 0, 0}, {1, 0, 0}, {0, 1, 0}});
     const CNuPointArray flat =
         test::Points({{0, 0, 1}, {1, 0, 1}, {1, 1, 1}, {0, 1, 1}, {3, 2, 1}});
+    // A repeated point that the coplanarity test finds 4.2e-12 off the plane of the other three
+    // (rounding at 1000): the sphere of four points has D0 = 0 and no radius.
+    const CNuPoint a(-680.32627644788681, -323.59176776688963, -951.07199244768549),
+        b(-841.76741531378116, -0.2133914885792052, -627.94166544263589),
+        c(-841.18950245029373, 0.94243423839568619, -627.94166544263589);
+    const CNuPointArray repeated = test::Points({a, b, c, b});
     CNuPointArray bad = test::Points({{0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {0, 0, 1}});
     bad.GetData()[2] = CNuPoint(0, 0, HUGE_VAL);
     CNuSphSurf s(1.0);
@@ -55,6 +61,7 @@ TEST(SphereFit, RefusesBadDataWithCauseLocationAndCarriedValueInOrder) {
         {[&] { s.Fit(bad, 10); }, 214, nullptr, "CNuSphSurf", 2},
         {[&] { s.Fit(three, &dForm, &dSum, 10); }, 201, nullptr, "CNuSphSurf", 4},
         {[&] { s.Fit(flat, 10); }, 204, nullptr, "CNuSphSurf", 4},
+        {[&] { s.Fit(repeated, 10); }, 211, nullptr, "CNuSphSurf"},
     });
     EXPECT_EQ(std::vector<double>({dForm, dSum, double(s.FitEx(flat, 10)),
                                    double(s.FitEx(bad, &dForm, &dSum, 10))}),

@@ -97,6 +97,7 @@ inline CNuPointArray Points(FuzzedDataProvider& fdp, int nMax = 64) {
         const int nKind = fdp.ConsumeIntegralInRange<int>(0, 9);
         if (nKind == 0 && points.GetSize() > 0) {
             points.Add(points[fdp.ConsumeIntegralInRange<int>(0, points.GetSize() - 1)]);
+            Dump("x", points[i].x()), Dump("y", points[i].y()), Dump("z", points[i].z());
             continue;
         }
         double a[3] = {0.0, 0.0, 0.0};
