@@ -343,24 +343,10 @@ void CNuCircle::FitMin(const CNuPointArray& points, double dTolerance) {
             SetPosition(points[0], CNuVector(1.0, 0.0, 0.0), CNuVector(0.0, 0.0, 1.0));
             return;
         }
-        CNuLine line;
-        line.Fit(points);
-        CNuVector direction = line.GetDirection();
-        double dLow = NuGetLarge();
-        double dHigh = -NuGetLarge();
+        CNuVector direction;
         int nLow = 0;
         int nHigh = 0;
-        for (int i = 0; i < n; ++i) {
-            double t = (points[i] - line.GetPoint()).To3DVector() % direction;
-            if (t < dLow) {
-                dLow = t;
-                nLow = i;
-            }
-            if (t > dHigh) {
-                dHigh = t;
-                nHigh = i;
-            }
-        }
+        fit::ExtremesAlongLine(points, &nLow, &nHigh, &direction);
         const CNuPoint& a = points[nLow];
         const CNuPoint& b = points[nHigh];
         CNuPoint centre((a.x() + b.x()) * 0.5, (a.y() + b.y()) * 0.5, (a.z() + b.z()) * 0.5);

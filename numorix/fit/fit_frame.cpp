@@ -2,6 +2,7 @@
 
 #include "numorix/fit/internal/fit_frame.h"
 #include "numorix/foundation/scalar.h"
+#include "numorix/geometry/line.h"
 
 namespace numorix {
 namespace fit {
@@ -58,6 +59,28 @@ bool OnOneLine(const CNuPointArray& points, double dTolerance) {
         if (std::isfinite(d) && d > dSlack) return false;
     }
     return true;
+}
+
+void ExtremesAlongLine(const CNuPointArray& points, int* pnLow, int* pnHigh,
+                       CNuVector* pDirection) {
+    CNuLine line;
+    line.Fit(points);
+    *pDirection = line.GetDirection();
+    double dLow = NuGetLarge();
+    double dHigh = -NuGetLarge();
+    *pnLow = 0;
+    *pnHigh = 0;
+    for (int i = 0; i < points.GetSize(); ++i) {
+        double t = (points[i] - line.GetPoint()).To3DVector() % *pDirection;
+        if (t < dLow) {
+            dLow = t;
+            *pnLow = i;
+        }
+        if (t > dHigh) {
+            dHigh = t;
+            *pnHigh = i;
+        }
+    }
 }
 
 void CleanDirection(CNuVector* pDirection) {

@@ -395,31 +395,18 @@ void CNuSphSurf::FitMin(const CNuPointArray& points, double dTolerance) {
     int n = points.GetSize();
     if (n < 1) throw CNuBestfitException(1, kLocation, 1);
     CNuVector v;
-    if (CNuGeometry::AreCollinear(points, &v, dTolerance) != 0) {
+    if (CNuGeometry::AreCollinear(points, &v, dTolerance) != 0 &&
+        fit::OnOneLine(points, dTolerance)) {
         // One point, coincident points and points on a line: the sphere on the two extremes.
         if (CNuGeometry::NumberDistinctPoints(points, 2, dTolerance) == 0) {
             m_dRadius = 0.0;
             SetPosition(points[0], CNuVector(1.0, 0.0, 0.0), CNuVector(0.0, 0.0, 1.0));
             return;
         }
-        CNuLine line;
-        line.Fit(points);
-        CNuVector direction = line.GetDirection();
-        double dLow = NuGetLarge();
-        double dHigh = -NuGetLarge();
+        CNuVector direction;
         int nLow = 0;
         int nHigh = 0;
-        for (int i = 0; i < n; ++i) {
-            double t = (points[i] - line.GetPoint()).To3DVector() % direction;
-            if (t < dLow) {
-                dLow = t;
-                nLow = i;
-            }
-            if (t > dHigh) {
-                dHigh = t;
-                nHigh = i;
-            }
-        }
+        fit::ExtremesAlongLine(points, &nLow, &nHigh, &direction);
         const CNuPoint& a = points[nLow];
         const CNuPoint& b = points[nHigh];
         m_dRadius = 0.5 * fit::ScaledDistance(b.x() - a.x(), b.y() - a.y(), b.z() - a.z());

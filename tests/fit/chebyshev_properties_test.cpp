@@ -11,6 +11,7 @@
 
 #include "fit_test_support.h"
 #include "numorix/curves/circle.h"
+#include "numorix/surfaces/sph_surf.h"
 
 namespace numorix {
 namespace {
@@ -57,6 +58,10 @@ TEST(ChebyshevFits, DoNotTakePointsForALineWhenTheFirstTwoLieAToleranceApart) {
         EXPECT_NEAR(Answer(eFit, close, kTol, &inside), Answer(eFit, wide, kTol, &inside), 1e-12)
             << "fit " << eFit;
     EXPECT_NU_THROW(Answer(eCircleZone, close, kTol, &inside), CNuBestfitException, 203);
+    CNuSphSurf sphere(1.0), reordered(1.0);
+    sphere.FitMin(close, kTol);
+    reordered.FitMin(wide, kTol);
+    EXPECT_NEAR(sphere.GetRadius(), reordered.GetRadius(), 1e-12) << "smallest sphere";
 }
 
 TEST(ChebyshevFits, KeepTheirAnswerUnderPermutationDuplicationInsidePointsAndScaling) {

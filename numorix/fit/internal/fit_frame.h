@@ -166,6 +166,11 @@ void CentredSvd(const CNuPointArray& points, const CNuPoint& mean, CNuVector* pW
 // (differences that overflow) leaves the verdict to the collinearity test.
 bool OnOneLine(const CNuPointArray& points, double dTolerance);
 
+// The points of least and greatest abscissa along the least-squares line of the points (the first
+// of equals), and that line's direction: the ends of collinear points.
+void ExtremesAlongLine(const CNuPointArray& points, int* pnLow, int* pnHigh,
+                       CNuVector* pDirection);
+
 // Column j of a 3 by 3 matrix as a vector of size 3.
 CNuVector Column3(const CNuMatrix& m, int j);
 
