@@ -28,6 +28,7 @@
 #include "numorix/curves/circle.h"
 #include "numorix/fit/internal/fit_frame.h"
 #include "numorix/fit/internal/minimax_driver.h"
+#include "numorix/fit/internal/vec3.h"
 #include "numorix/foundation/exception.h"
 #include "numorix/foundation/int_array.h"
 #include "numorix/foundation/tolerance.h"
@@ -40,18 +41,11 @@ namespace {
 
 const char* const kLocation = "CNuTorSurf";
 
-struct SV3 {
-    double x, y, z;
-};
-SV3 operator+(SV3 a, SV3 b) { return {a.x + b.x, a.y + b.y, a.z + b.z}; }
-SV3 operator-(SV3 a, SV3 b) { return {a.x - b.x, a.y - b.y, a.z - b.z}; }
-SV3 operator*(double s, SV3 a) { return {s * a.x, s * a.y, s * a.z}; }
-double Dot(SV3 a, SV3 b) { return a.x * b.x + a.y * b.y + a.z * b.z; }
-SV3 Cross(SV3 a, SV3 b) {
-    return {a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x};
-}
-double Length(SV3 a) { return fit::ScaledDistance(a.x, a.y, a.z); }
-SV3 Unit(SV3 a) { return (1.0 / Length(a)) * a; }
+using fit::Cross;
+using fit::Dot;
+using fit::Length;
+using fit::SV3;
+using fit::Unit;
 
 // A unit vector normal to n.
 SV3 Normal(SV3 n) {
