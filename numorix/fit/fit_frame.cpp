@@ -32,6 +32,24 @@ int Farthest(const CNuPoint* p, int n, const CNuPoint& q) {
 
 }  // namespace
 
+void WideTriangle(const CNuPointArray& points, int* pnA, int* pnB, int* pnC) {
+    const CNuPoint* p = points.GetData();
+    int n = points.GetSize();
+    *pnA = Farthest(p, n, p[0]);
+    *pnB = Farthest(p, n, p[*pnA]);
+    const CNuPoint& a = p[*pnA];
+    CNuVector u = (p[*pnB] - a).To3DVector();
+    *pnC = *pnA;
+    double dFar = -1.0;
+    for (int i = 0; i < n; ++i) {
+        double d = (u * (p[i] - a).To3DVector()).Magnitude();
+        if (d > dFar) {
+            dFar = d;
+            *pnC = i;
+        }
+    }
+}
+
 bool OnOneLine(const CNuPointArray& points, double dTolerance) {
     const CNuPoint* p = points.GetData();
     int n = points.GetSize();

@@ -540,15 +540,26 @@ void CNuLine::FitMinZone(const CNuPointArray& points, double* pdZone, double dTo
         while (k < n &&
                !Reaches(p[k].x() - p[0].x(), p[k].y() - p[0].y(), p[k].z() - p[0].z(), dTolerance))
             ++k;
-        if (k >= n) return;
-        CNuVector axisX = (p[k] - p[0]).To3DVector();
-        int l = k + 1;
+        CNuVector axisX;
         CNuVector axisZ;
-        for (; l < n; ++l) {
-            axisZ = axisX * (p[l] - p[0]).To3DVector();
-            if (Reaches(axisZ[0], axisZ[1], axisZ[2], dTolerance)) break;
+        int l = k + 1;
+        if (k < n) {
+            axisX = (p[k] - p[0]).To3DVector();
+            for (; l < n; ++l) {
+                axisZ = axisX * (p[l] - p[0]).To3DVector();
+                if (Reaches(axisZ[0], axisZ[1], axisZ[2], dTolerance)) break;
+            }
         }
-        if (l >= n) return;
+        if (k >= n || l >= n) {
+            // Taken for a line by the rule but not on one (its cross products are unscaled):
+            // the frame of the widest triangle.
+            int a = 0;
+            int b = 0;
+            int c = 0;
+            fit::WideTriangle(points, &a, &b, &c);
+            axisX = (p[b] - p[a]).To3DVector();
+            axisZ = axisX * (p[c] - p[a]).To3DVector();
+        }
         UnitAxis(&axisX);
         UnitAxis(&axisZ);
         CNuVector axisY = axisZ * axisX;
@@ -604,6 +615,19 @@ void CNuLine::FitMinZone(const CNuPointArray& points, double* pdZone, CNuLine* p
         if (CNuGeometry::AreCoplanar(points, &plane, dTolerance) == 0)
             throw CNuBestfitException(5, "CNuLine");
         normal = plane.GetNormal();
+        CNuVector v;
+        if (CNuGeometry::AreCollinear(points, &v, dTolerance) != 0 &&
+            !fit::OnOneLine(points, dTolerance)) {
+            // The plane of the rule is normal to a line the points are not on: that of the
+            // widest triangle.
+            const CNuPoint* p = points.GetData();
+            int a = 0;
+            int b = 0;
+            int c = 0;
+            fit::WideTriangle(points, &a, &b, &c);
+            normal = (p[b] - p[a]).To3DVector() * (p[c] - p[a]).To3DVector();
+            UnitAxis(&normal);
+        }
     }
     CNuLine self(*this);
     if (pInner != nullptr) *pInner = self;

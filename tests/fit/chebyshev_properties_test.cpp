@@ -64,6 +64,29 @@ TEST(ChebyshevFits, DoNotTakePointsForALineWhenTheFirstTwoLieAToleranceApart) {
     EXPECT_NEAR(sphere.GetRadius(), reordered.GetRadius(), 1e-12) << "smallest sphere";
 }
 
+// Five points 1e-11 in size, two of them 3e-10 apart along z, at a tolerance of 1e-12: the rule
+// takes them for a line, and its plane for them is normal to that line. The zone and its
+// bounding lines are found in the plane of their widest triangle instead (found by fuzzing: zone
+// 0 with a point 1e-11 off the line).
+TEST(LineMinZone, TakesPointsTheRuleCallsALineInThePlaneOfTheirWidestTriangle) {
+    constexpr double kTol = 1e-12, kRounding = 1e-24;  // products of coordinates of 1e-11
+    const CNuPointArray p = test::Points({{9.1365937174111358e-15, 0, 2.8813190928262316e-10},
+                                          {9.1365937174111358e-15, 2.4832332238756061e-318, 0},
+                                          {3.1108872212841162e-13, -6.0390425682200096e-13,
+                                           -6.0390425682200096e-13},
+                                          {6.1866092533295789e-12, -1.2354945319224336e-11,
+                                           -1.2354945319224336e-11},
+                                          {9.1365937174111358e-15, 1.4546915372463277e-156, 0}});
+    CNuLine line, inner, outer;
+    double dZone = -1.0;
+    line.FitMinZone(p, &dZone, &inner, &outer, kTol, 100);
+    EXPECT_NEAR(dZone, 1.32313e-11, 1e-16);
+    for (int i = 0; i < p.GetSize(); ++i) {
+        EXPECT_LE(p[i].DistanceTo(line), dZone / 2 + kRounding) << "point " << i;
+        EXPECT_LE(p[i].DistanceTo(inner) + p[i].DistanceTo(outer), dZone + kRounding) << i;
+    }
+}
+
 TEST(ChebyshevFits, KeepTheirAnswerUnderPermutationDuplicationInsidePointsAndScaling) {
     test::Random rng;
     CNuPointArray lined(30), lobed(30), slab(30);

@@ -166,6 +166,11 @@ void CentredSvd(const CNuPointArray& points, const CNuPoint& mean, CNuVector* pW
 // (differences that overflow) leaves the verdict to the collinearity test.
 bool OnOneLine(const CNuPointArray& points, double dTolerance);
 
+// Three points far apart: a, the point farthest from point 0; b, the point farthest from a; c, the
+// point farthest from the line ab. The frame of points that the collinearity test takes for a
+// line although they are not on one (see OnOneLine).
+void WideTriangle(const CNuPointArray& points, int* pnA, int* pnB, int* pnC);
+
 // The points of least and greatest abscissa along the least-squares line of the points (the first
 // of equals), and that line's direction: the ends of collinear points.
 void ExtremesAlongLine(const CNuPointArray& points, int* pnLow, int* pnHigh,
