@@ -155,6 +155,8 @@ class CTableau {
         int nDegenerate = 0;
         std::vector<SBreak> breaks;
         breaks.reserve(m_m);
+        std::vector<SBreak> passed;  // the breakpoints in the order the step passes them
+        passed.reserve(m_m);
         while (true) {
             bool bBland = nDegenerate > m_m + m_nf;
             // Entering column and direction.
@@ -211,25 +213,34 @@ class CTableau {
                 double t = std::max(0.0, s * m_beta[r] / mag);
                 breaks.push_back({t, mag, jump, r});
             }
-            std::sort(breaks.begin(), breaks.end(), [&](const SBreak& x, const SBreak& y) {
-                if (x.t != y.t) return x.t < y.t;
-                if (bBland) return m_basic[x.r] < m_basic[y.r];
-                return x.dRate > y.dRate;
-            });
+            // Passed in order of t, the larger |a_r| first among equal t (the lower basic index
+            // under Bland's rule), then the lower row. The step usually stops after a few, so
+            // they come off a heap one at a time instead of being sorted all.
+            auto later = [&](const SBreak& x, const SBreak& y) {
+                if (x.t != y.t) return x.t > y.t;
+                if (bBland) return m_basic[x.r] > m_basic[y.r];
+                if (x.dRate != y.dRate) return x.dRate < y.dRate;
+                return x.r > y.r;
+            };
+            std::make_heap(breaks.begin(), breaks.end(), later);
+            passed.clear();
             int nLeave = -1;
             double rate = rcBest;
-            for (size_t k = 0; k < breaks.size(); ++k) {
-                rate += breaks[k].dJump;
+            for (auto end = breaks.end(); end != breaks.begin(); --end) {
+                std::pop_heap(breaks.begin(), end, later);
+                passed.push_back(*(end - 1));
+                rate += passed.back().dJump;
                 // A rate within rounding of 0 after the last breakpoint is a flat direction.
-                if (bBland || rate >= 0.0 || (k + 1 == breaks.size() && rate >= -epsBest)) {
-                    nLeave = static_cast<int>(k);
+                bool bLast = end - 1 == breaks.begin();
+                if (bBland || rate >= 0.0 || (bLast && rate >= -epsBest)) {
+                    nLeave = static_cast<int>(passed.size()) - 1;
                     break;
                 }
             }
             if (nLeave < 0) return 1;
-            const SBreak& leave = breaks[nLeave];
+            const SBreak& leave = passed[static_cast<size_t>(nLeave)];
             for (int k = 0; k < nLeave; ++k) {
-                int i = m_basic[breaks[k].r] - m_nf;
+                int i = m_basic[passed[static_cast<size_t>(k)].r] - m_nf;
                 m_side[i] = -m_side[i];
             }
             if (leave.t * leave.dRate <= dValueEps)
