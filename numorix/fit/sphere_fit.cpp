@@ -9,8 +9,8 @@
 //              (expanding det [s x y z 1; s_i x_i y_i z_i 1] = 0 along its first row gives
 //              s D0 - x D1 + y D2 - z D3 + D4 = 0), the centre is (D1, -D2, D3) / (2 D0) and
 //              R = sqrt(D1^2 + D2^2 + D3^2 - 4 D0 D4) / (2 |D0|). When 2 D0 is below NuGetZero()
-//              in magnitude the centre stays at the world origin. No iteration. A radius or
-//              centre that is not a finite number (D0 = 0) is refused with stored 211.
+//              in magnitude the points have no centre: stored 211, as for a radius or centre
+//              that is not a finite number. No iteration.
 //   n > 4      the algebraic sphere |P|^2 = 2 C . P - c about the mean point, linear in (C, c),
 //              as start; then the undamped Gauss-Newton loop on the rows
 //                ((C - P_i) / d_i, -1) step = R - d_i.
@@ -64,6 +64,27 @@ void CNuSphSurf::Fit(const CNuPointArray& points, long lMaxIterations) {
     double adCentre[3] = {0.0, 0.0, 0.0};
     double dRadius = 0.0;
     if (n == 4) {
+        // Four points that are flat to rounding have no sphere: the coplanarity test can pass them
+        // (a repeated point, a plane through points 1000 from the origin), and the determinants
+        // on raw coordinates then give a sphere of rounding. Flat means a tetrahedron whose
+        // volume, from the differences to the first point, is below 2^-40 of the cube of its
+        // longest edge.
+        double e[3][3];
+        double dLongest = 0.0;
+        for (int i = 0; i < 4; ++i)
+            for (int j = i + 1; j < 4; ++j)
+                dLongest = std::fmax(dLongest, fit::ScaledDistance(p[j].x() - p[i].x(),
+                                                                   p[j].y() - p[i].y(),
+                                                                   p[j].z() - p[i].z()));
+        for (int i = 0; i < 3; ++i) {
+            e[i][0] = (p[i + 1].x() - p[0].x()) / dLongest;
+            e[i][1] = (p[i + 1].y() - p[0].y()) / dLongest;
+            e[i][2] = (p[i + 1].z() - p[0].z()) / dLongest;
+        }
+        double dVolume = e[0][0] * (e[1][1] * e[2][2] - e[1][2] * e[2][1]) -
+                         e[0][1] * (e[1][0] * e[2][2] - e[1][2] * e[2][0]) +
+                         e[0][2] * (e[1][0] * e[2][1] - e[1][1] * e[2][0]);
+        if (!(std::fabs(dVolume) > 0x1p-40)) throw CNuBestfitException(11, kLocation);
         double x[4];
         double y[4];
         double z[4];
@@ -82,11 +103,13 @@ void CNuSphSurf::Fit(const CNuPointArray& points, long lMaxIterations) {
         double d4 = Determinant4(s, x, y, z);
         dRadius = 0.5 * std::sqrt(d1 * d1 + d2 * d2 + d3 * d3 - 4.0 * d0 * d4) / std::fabs(d0);
         double q = 2.0 * d0;
-        if (!(std::fabs(q) < NuGetZero())) {
-            adCentre[0] = d1 / q;
-            adCentre[1] = -d2 / q;
-            adCentre[2] = d3 / q;
-        }
+        // Four points in one plane have no sphere; the coplanarity test can pass them by rounding
+        // (a repeated point, a plane through points 1000 from the origin), and D0 is then 0 or
+        // rounding below NuGetZero(): no centre, and no sphere is stored.
+        if (std::fabs(q) < NuGetZero()) throw CNuBestfitException(11, kLocation);
+        adCentre[0] = d1 / q;
+        adCentre[1] = -d2 / q;
+        adCentre[2] = d3 / q;
     } else {
         // Algebraic start about the mean: rows (2 dx, 2 dy, 2 dz, -1) against dx^2 + dy^2 + dz^2.
         // The last column stays as the radius column of the Jacobian.
